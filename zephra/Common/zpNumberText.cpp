@@ -1,0 +1,265 @@
+#include <zephra/Common/zpNumberText.h>
+
+#include <algorithm>
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include <zephra/Common/zpExceptions.h>
+
+namespace zephra {
+
+namespace {
+
+// The run-time's words for non-finite values, as the text writers put them.
+char* WriteNonFinite(char* out, double value) {
+  const char* text = std::isnan(value) ? "NAN" : (value < 0 ? "-INF" : "INF");
+  const size_t length = std::strlen(text);
+  std::memcpy(out, text, length);
+  return out + length;
+}
+
+char* WriteExponent(char* out, int exponent, int minDigits, bool alwaysSign) {
+  if (exponent < 0) {
+    *out++ = '-';
+  } else if (alwaysSign) {
+    *out++ = '+';
+  }
+  char digits[16];
+  const auto result = std::to_chars(digits, digits + sizeof digits, std::abs(exponent));
+  const int count = static_cast<int>(result.ptr - digits);
+  for (int i = count; i < minDigits; ++i) {
+    *out++ = '0';
+  }
+  std::memcpy(out, digits, static_cast<size_t>(count));
+  return out + count;
+}
+
+// The significant digits (no leading or trailing zeros) and decimal exponent of |value|,
+// rounded to `precision` digits.
+struct TDigits {
+  char Text[40];
+  int Count;
+  int Exponent;
+};
+
+TDigits SignificantDigits(double value, int precision) {
+  char buffer[64];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value),
+                                    std::chars_format::scientific, precision - 1);
+  const std::string_view text(buffer, static_cast<size_t>(result.ptr - buffer));
+  const size_t e = text.find('e');
+  TDigits digits{};
+  for (const char c : text.substr(0, e)) {
+    if (c != '.') {
+      digits.Text[digits.Count++] = c;
+    }
+  }
+  while (digits.Count > 1 && digits.Text[digits.Count - 1] == '0') {
+    --digits.Count;
+  }
+  std::from_chars(text.data() + e + 1 + (text[e + 1] == '+' ? 1 : 0), text.data() + text.size(),
+                  digits.Exponent);
+  return digits;
+}
+
+char* CopyDigits(char* out, const char* from, int count) {
+  std::memcpy(out, from, static_cast<size_t>(count));
+  return out + count;
+}
+
+std::string_view Trim(std::string_view text) {
+  const auto blank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+  while (!text.empty() && blank(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && blank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+template <typename Writer>
+std::string ToString(Writer write) {
+  char buffer[TNumberFormat::MaxLength];
+  return std::string(buffer, write(buffer));
+}
+
+}  // namespace
+
+TNumberFormat::TNumberFormat() {
+  const char* point = std::localeconv()->decimal_point;
+  // A locale with a multi-byte separator is not supported; its first byte stands for it.
+  FSeparator = (point != nullptr && point[0] != '\0') ? point[0] : '.';
+}
+
+char* TNumberFormat::General(char* out, double value, int precision, int expDigits) const {
+  if (!std::isfinite(value)) {
+    return WriteNonFinite(out, value);
+  }
+  precision = std::clamp(precision, 1, 17);
+  if (value == 0.0) {
+    *out++ = '0';
+    return out;
+  }
+  if (value < 0) {
+    *out++ = '-';
+  }
+  const TDigits d = SignificantDigits(value, precision);
+  if (d.Exponent < -5 || d.Exponent >= precision) {
+    *out++ = d.Text[0];
+    if (d.Count > 1) {
+      *out++ = FSeparator;
+      out = CopyDigits(out, d.Text + 1, d.Count - 1);
+    }
+    *out++ = 'E';
+    return WriteExponent(out, d.Exponent, expDigits, true);
+  }
+  if (d.Exponent < 0) {
+    *out++ = '0';
+    *out++ = FSeparator;
+    std::memset(out, '0', static_cast<size_t>(-d.Exponent - 1));
+    out += -d.Exponent - 1;
+    return CopyDigits(out, d.Text, d.Count);
+  }
+  const int whole = d.Exponent + 1;
+  if (d.Count <= whole) {
+    out = CopyDigits(out, d.Text, d.Count);
+    std::memset(out, '0', static_cast<size_t>(whole - d.Count));
+    return out + (whole - d.Count);
+  }
+  out = CopyDigits(out, d.Text, whole);
+  *out++ = FSeparator;
+  return CopyDigits(out, d.Text + whole, d.Count - whole);
+}
+
+char* TNumberFormat::Scientific(char* out, double value) const {
+  if (!std::isfinite(value)) {
+    return WriteNonFinite(out, value);
+  }
+  char buffer[64];
+  const auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 14);
+  const std::string_view text(buffer, static_cast<size_t>(result.ptr - buffer));
+  const size_t e = text.find('e');
+  for (const char c : text.substr(0, e)) {
+    *out++ = c == '.' ? FSeparator : c;
+  }
+  int exponent = 0;
+  std::from_chars(text.data() + e + 1 + (text[e + 1] == '+' ? 1 : 0), text.data() + text.size(),
+                  exponent);
+  *out++ = 'E';
+  return WriteExponent(out, exponent, 3, true);
+}
+
+char* TNumberFormat::Fixed(char* out, double value, int decimals) const {
+  if (!std::isfinite(value)) {
+    return WriteNonFinite(out, value);
+  }
+  char buffer[400];  // room for the integer digits of the largest double
+  const auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
+  const size_t length = static_cast<size_t>(result.ptr - buffer);
+  if (length > MaxLength) {
+    return General(out, value, 15, 0);  // beyond any magnitude a fixed column can show
+  }
+  for (size_t i = 0; i < length; ++i) {
+    *out++ = buffer[i] == '.' ? FSeparator : buffer[i];
+  }
+  return out;
+}
+
+char* TNumberFormat::Integer(char* out, int64_t value) const {
+  return std::to_chars(out, out + MaxLength, value).ptr;
+}
+
+std::string TNumberFormat::General(double value, int precision, int expDigits) const {
+  return ToString([&](char* out) { return General(out, value, precision, expDigits); });
+}
+
+std::string TNumberFormat::Scientific(double value) const {
+  return ToString([&](char* out) { return Scientific(out, value); });
+}
+
+std::string TNumberFormat::Fixed(double value, int decimals) const {
+  return ToString([&](char* out) { return Fixed(out, value, decimals); });
+}
+
+bool TNumberFormat::TryParseFloat(std::string_view text, float& value) const {
+  text = Trim(text);
+  char buffer[128];
+  if (text.empty() || text.size() >= sizeof buffer) {
+    return false;
+  }
+  size_t length = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '+' && i == 0) {
+      continue;  // from_chars takes no plus sign in front
+    }
+    if (c == '.' && FSeparator != '.') {
+      return false;  // only the locale's separator is a decimal point here
+    }
+    buffer[length++] = c == FSeparator ? '.' : c;
+  }
+  if (length == 0 || buffer[0] == '+' || (buffer[0] == '-' && text[0] == '+')) {
+    return false;
+  }
+  double parsed = 0.0;
+  const auto result = std::from_chars(buffer, buffer + length, parsed);
+  if (result.ec != std::errc() || result.ptr != buffer + length) {
+    return false;
+  }
+  if (std::isfinite(parsed) && std::fabs(parsed) > std::numeric_limits<float>::max()) {
+    return false;
+  }
+  value = static_cast<float>(parsed);
+  return true;
+}
+
+float TNumberFormat::ParseFloat(std::string_view text) const {
+  float value = 0.0f;
+  if (!TryParseFloat(text, value)) {
+    throw EConvertError("'" + std::string(text) + "' is not a valid floating point value");
+  }
+  return value;
+}
+
+bool TryParseInt(std::string_view text, int32_t& value) {
+  text = Trim(text);
+  if (!text.empty() && text.front() == '+') {
+    text.remove_prefix(1);
+    if (!text.empty() && text.front() == '-') {
+      return false;
+    }
+  }
+  if (text.empty()) {
+    return false;
+  }
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+int32_t ParseInt(std::string_view text) {
+  int32_t value = 0;
+  if (!TryParseInt(text, value)) {
+    throw EConvertError("'" + std::string(text) + "' is not a valid integer value");
+  }
+  return value;
+}
+
+std::string FormatGeneral(double value, int precision, int expDigits) {
+  return TNumberFormat().General(value, precision, expDigits);
+}
+
+std::string FormatScientific(double value) { return TNumberFormat().Scientific(value); }
+
+std::string FormatFixed(double value, int decimals) {
+  return TNumberFormat().Fixed(value, decimals);
+}
+
+float ParseFloat(std::string_view text) { return TNumberFormat().ParseFloat(text); }
+
+}  // namespace zephra

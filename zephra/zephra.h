@@ -1,0 +1,14 @@
+#pragma once
+// Every public header of the library.
+
+#include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpPlatform.h>
+#include <zephra/Common/zpSpatialConst.h>
+#include <zephra/Common/zpTextReader.h>
+#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Raster/Header/zpHeaderUtils.h>
+#include <zephra/Raster/Header/zplbZephraImageHeader.h>
+#include <zephra/Raster/Header/zplnKey.h>
+#include <zephra/Raster/Header/zplnUtils.h>

@@ -8,7 +8,8 @@
 
 int main(int argc, char** argv) {
   if (argc != 2) {
-    std::fprintf(stderr, "usage: zephra FILE\n  prints the report of the raster header beside FILE\n");
+    std::fprintf(stderr,
+                 "usage: zephra FILE\n  prints the report of the raster header beside FILE\n");
     return 2;
   }
   try {

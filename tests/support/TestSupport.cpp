@@ -42,6 +42,8 @@ TScopedNumericLocale::TScopedNumericLocale(const char* name) {
   FActive = std::setlocale(LC_NUMERIC, name) != nullptr;
 }
 
-TScopedNumericLocale::~TScopedNumericLocale() { std::setlocale(LC_NUMERIC, FPrevious.c_str()); }
+TScopedNumericLocale::~TScopedNumericLocale() {
+  std::setlocale(LC_NUMERIC, FPrevious.c_str());
+}
 
 }  // namespace zephra::test

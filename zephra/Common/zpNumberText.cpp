@@ -254,12 +254,16 @@ std::string FormatGeneral(double value, int precision, int expDigits) {
   return TNumberFormat().General(value, precision, expDigits);
 }
 
-std::string FormatScientific(double value) { return TNumberFormat().Scientific(value); }
+std::string FormatScientific(double value) {
+  return TNumberFormat().Scientific(value);
+}
 
 std::string FormatFixed(double value, int decimals) {
   return TNumberFormat().Fixed(value, decimals);
 }
 
-float ParseFloat(std::string_view text) { return TNumberFormat().ParseFloat(text); }
+float ParseFloat(std::string_view text) {
+  return TNumberFormat().ParseFloat(text);
+}
 
 }  // namespace zephra

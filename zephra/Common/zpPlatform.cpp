@@ -19,9 +19,13 @@ TPlatformSettings& Settings() {
 
 }  // namespace
 
-int32_t ScreenWidth() { return Settings().ScreenWidth; }
+int32_t ScreenWidth() {
+  return Settings().ScreenWidth;
+}
 
-void SetScreenWidth(int32_t width) { Settings().ScreenWidth = width; }
+void SetScreenWidth(int32_t width) {
+  Settings().ScreenWidth = width;
+}
 
 void SetDebugOutput(std::function<void(const std::string&)> output) {
   Settings().DebugOutput = std::move(output);
@@ -39,8 +43,12 @@ void DebugOutput(const std::string& text) noexcept {
   }
 }
 
-void SetGeoTiffLibraryPath(const std::string& path) { Settings().GeoTiffLibraryPath = path; }
+void SetGeoTiffLibraryPath(const std::string& path) {
+  Settings().GeoTiffLibraryPath = path;
+}
 
-std::string GeoTiffLibraryPath() { return Settings().GeoTiffLibraryPath; }
+std::string GeoTiffLibraryPath() {
+  return Settings().GeoTiffLibraryPath;
+}
 
 }  // namespace zephra

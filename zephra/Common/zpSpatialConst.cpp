@@ -7,9 +7,13 @@
 
 namespace zephra {
 
-bool TSpatialConst::IsFlag(float value) { return std::isnan(value) || value <= FlagValue; }
+bool TSpatialConst::IsFlag(float value) {
+  return std::isnan(value) || value <= FlagValue;
+}
 
-bool TSpatialConst::IsValue(float value) { return std::isfinite(value) && value > MissingValue; }
+bool TSpatialConst::IsValue(float value) {
+  return std::isfinite(value) && value > MissingValue;
+}
 
 float Average(const TSingleArray& Values, int32_t Count) {
   if (Count < 1 || static_cast<size_t>(Count) > Values.size()) {

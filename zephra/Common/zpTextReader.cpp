@@ -166,7 +166,7 @@ TTextReader::TTextReader(std::istream& Stream) : FText(DecodeText(ReadAll(Stream
 
 TTextReader TTextReader::FromFile(const std::string& FileName) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(FileName.c_str(), "rb"),
-                                                              &std::fclose);
+                                                             &std::fclose);
   if (!file) {
     throw EFOpenError("Cannot open file \"" + FileName + "\"");
   }

@@ -4,7 +4,9 @@
 
 namespace zephra {
 
-TTextWriter::TTextWriter(std::ostream& Stream) : FStream(Stream) { FBuffer.reserve(kBufferSize); }
+TTextWriter::TTextWriter(std::ostream& Stream) : FStream(Stream) {
+  FBuffer.reserve(kBufferSize);
+}
 
 TTextWriter::~TTextWriter() {
   try {

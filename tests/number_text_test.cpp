@@ -1,0 +1,116 @@
+#include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpNumberText.h>
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "support/TestSupport.h"
+
+namespace zephra {
+namespace {
+
+TEST(NumberText, ScientificFormHasFifteenDigitsSignAndThreeExponentDigits) {
+  const TNumberFormat point('.');
+  EXPECT_EQ(point.Scientific(1.0), "1.00000000000000E+000");
+  EXPECT_EQ(point.Scientific(0.0), "0.00000000000000E+000");
+  EXPECT_EQ(point.Scientific(-999.0), "-9.99000000000000E+002");
+  EXPECT_EQ(point.Scientific(static_cast<double>(0.1f)), "1.00000001490116E-001");
+  EXPECT_EQ(point.Scientific(static_cast<double>(std::numeric_limits<float>::max())),
+            "3.40282346638529E+038");
+  EXPECT_EQ(point.Scientific(1e-300), "1.00000000000000E-300");
+  EXPECT_EQ(TNumberFormat(',').Scientific(-2.5), "-2,50000000000000E+000");
+}
+
+TEST(NumberText, GeneralFormIsShortestPlainTextUpToThePrecision) {
+  const TNumberFormat point('.');
+  EXPECT_EQ(point.General(1000.0), "1000");
+  EXPECT_EQ(point.General(0.5), "0.5");
+  EXPECT_EQ(point.General(static_cast<double>(0.1f)), "0.100000001490116");
+  EXPECT_EQ(point.General(-12.25), "-12.25");
+  EXPECT_EQ(point.General(0.0), "0");
+  EXPECT_EQ(point.General(0.0001), "0.0001");
+  EXPECT_EQ(point.General(1e20), "1E+20");
+  EXPECT_EQ(point.General(1.5e-7, 7, 2), "1.5E-07");
+  EXPECT_EQ(point.General(123456789.0, 6, 6), "1.23457E+000008");
+  EXPECT_EQ(point.General(999999.5, 6, 0), "1E+6");
+  EXPECT_EQ(point.General(-9999.0, 7, 2), "-9999");
+  EXPECT_EQ(TNumberFormat(',').General(3.75), "3,75");
+}
+
+TEST(NumberText, FixedFormKeepsExactlyTheDecimalsAsked) {
+  const TNumberFormat point('.');
+  EXPECT_EQ(point.Fixed(2.0, 4), "2.0000");
+  EXPECT_EQ(point.Fixed(-0.125, 2), "-0.12");  // ties to even, like the run-time's printf
+  EXPECT_EQ(point.Fixed(1234567.891, 2), "1234567.89");
+  EXPECT_EQ(TNumberFormat(',').Fixed(1.5, 4), "1,5000");
+}
+
+TEST(NumberText, EveryScientificTextReadsBackBitIdentical) {
+  const TNumberFormat point('.');
+  std::mt19937 random(12345);
+  std::uniform_int_distribution<uint32_t> bits;
+  int checked = 0;
+  while (checked < 20000) {
+    const float value = std::bit_cast<float>(bits(random));
+    if (!std::isfinite(value)) {
+      continue;
+    }
+    const float back = point.ParseFloat(point.Scientific(value));
+    ASSERT_EQ(std::bit_cast<uint32_t>(back), std::bit_cast<uint32_t>(value)) << value;
+    ++checked;
+  }
+  for (const float edge : {std::numeric_limits<float>::denorm_min(),
+                           std::numeric_limits<float>::min(), -0.0f, 16777217.0f}) {
+    EXPECT_EQ(std::bit_cast<uint32_t>(point.ParseFloat(point.Scientific(edge))),
+              std::bit_cast<uint32_t>(edge));
+  }
+}
+
+TEST(NumberText, ParsingHonoursOnlyTheLocaleSeparatorAndRejectsGarbage) {
+  const TNumberFormat point('.');
+  const TNumberFormat comma(',');
+  EXPECT_FLOAT_EQ(point.ParseFloat(" +1.5E+002 "), 150.0f);
+  EXPECT_FLOAT_EQ(comma.ParseFloat("-2,25"), -2.25f);
+  EXPECT_THROW(comma.ParseFloat("2.25"), EConvertError);
+  EXPECT_THROW(point.ParseFloat("2,25"), EConvertError);
+  EXPECT_THROW(point.ParseFloat(""), EConvertError);
+  EXPECT_THROW(point.ParseFloat("12abc"), EConvertError);
+  EXPECT_THROW(point.ParseFloat("+-1"), EConvertError);
+  EXPECT_THROW(point.ParseFloat("1e300"), EConvertError);  // beyond a 32-bit float
+  EXPECT_TRUE(std::isnan(point.ParseFloat("NAN")));
+  EXPECT_EQ(point.ParseFloat("-INF"), -std::numeric_limits<float>::infinity());
+  try {
+    point.ParseFloat("x1");
+    FAIL() << "no conversion error";
+  } catch (const EConvertError& error) {
+    EXPECT_NE(error.Message().find("'x1'"), std::string::npos);
+  }
+}
+
+TEST(NumberText, IntegersTakeAnOptionalSignAndNothingElse) {
+  EXPECT_EQ(ParseInt("+42"), 42);
+  EXPECT_EQ(ParseInt(" -7 "), -7);
+  EXPECT_EQ(ParseInt("2147483647"), 2147483647);
+  EXPECT_THROW(ParseInt("2147483648"), EConvertError);
+  EXPECT_THROW(ParseInt("3.0"), EConvertError);
+  EXPECT_THROW(ParseInt("+-3"), EConvertError);
+  EXPECT_THROW(ParseInt(""), EConvertError);
+}
+
+TEST(NumberText, FreeFunctionsFollowTheLocaleInForce) {
+  EXPECT_EQ(FormatFixed(1.5, 2), "1.50");
+  test::TScopedNumericLocale comma(test::kCommaLocale);
+  ASSERT_TRUE(comma.Active()) << test::kCommaLocale << " is not installed: run setup.sh";
+  EXPECT_EQ(FormatFixed(1.5, 2), "1,50");
+  EXPECT_EQ(FormatScientific(1.0), "1,00000000000000E+000");
+  EXPECT_EQ(FormatGeneral(0.25), "0,25");
+  EXPECT_FLOAT_EQ(ParseFloat("0,25"), 0.25f);
+  EXPECT_EQ(FormatFixed(1234567.0, 2), "1234567,00");  // never a thousands separator
+}
+
+}  // namespace
+}  // namespace zephra

@@ -12,3 +12,5 @@
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 #include <zephra/Raster/Header/zplnKey.h>
 #include <zephra/Raster/Header/zplnUtils.h>
+#include <zephra/Palette/zplbPaletteRamp.h>
+#include <zephra/Palette/zplbZephraPalFile.h>

@@ -5,7 +5,6 @@
 #include <clocale>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include <zephra/Common/zpExceptions.h>
 
@@ -212,7 +211,10 @@ bool TNumberFormat::TryParseFloat(std::string_view text, float& value) const {
   if (result.ec != std::errc() || result.ptr != buffer + length) {
     return false;
   }
-  if (std::isfinite(parsed) && std::fabs(parsed) > std::numeric_limits<float>::max()) {
+  // Beyond the float range means rounding to infinity: at or above the midpoint between the
+  // largest float and 2^128. The largest float itself, written with 15 digits, lies a little
+  // above its exact value and must still read back.
+  if (std::isfinite(parsed) && std::fabs(parsed) >= 0x1.ffffffp127) {
     return false;
   }
   value = static_cast<float>(parsed);

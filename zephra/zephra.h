@@ -14,3 +14,6 @@
 #include <zephra/Raster/Header/zplnUtils.h>
 #include <zephra/Palette/zplbPaletteRamp.h>
 #include <zephra/Palette/zplbZephraPalFile.h>
+#include <zephra/Common/zpPolyUtils.h>
+#include <zephra/Vector/zpVectorFile.h>
+#include <zephra/Vector/zpVectorFileHeader.h>

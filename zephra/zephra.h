@@ -17,3 +17,4 @@
 #include <zephra/Common/zpPolyUtils.h>
 #include <zephra/Vector/zpVectorFile.h>
 #include <zephra/Vector/zpVectorFileHeader.h>
+#include <zephra/Raster/Images/zplbZephraImageTypes.h>

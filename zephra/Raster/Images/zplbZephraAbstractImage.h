@@ -1,0 +1,204 @@
+#pragma once
+// TAbstractImage: the base of every buffered raster. A buffered raster holds all its cells in
+// one array in memory; the data file is read when the image is opened or reopened and rewritten
+// whole, with its .doc header, by Close() when new data went in.
+//
+// Two headers: FHeader is the truth about the file (full size and extent); FZoomHeader describes
+// the buffer when the image is thinned (every n-th cell of every n-th row) or zoomed to a window
+// of the map. Header() returns whichever describes the buffer, so every cell and coordinate
+// operation works on the buffer's grid.
+//
+// Construction is two-phase: the static Create/Open forms of each concrete class build an empty
+// object and then run the construction steps below on it, so that those steps reach the concrete
+// class's LoadData and ReOpen. A construction that fails leaves no object and writes no file.
+//
+// Choices of this library:
+// - A window that needs cells west, east or north of the file is refused with EImageFileError
+//   before the image changes. A ReOpen that fails for any reason leaves the image as it was (for
+//   a moment the old and the new buffer are both in memory).
+// - A thinned or zoomed image never writes its reduced buffer over the file: writes to it stay
+//   in memory, and Close() skips its write-back.
+// - The cell count must lie in 0 .. 2^31 - 1 and neither side of the grid may be negative;
+//   other sizes are refused with EImageFileError.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Raster/Header/zplbZephraImageHeader.h>
+#include <zephra/Raster/Images/zplbZephraImageClass.h>
+
+namespace zephra {
+
+class TImageFile;
+
+class TAbstractImage {
+ public:
+  virtual ~TAbstractImage();
+  TAbstractImage(const TAbstractImage&) = delete;
+  TAbstractImage& operator=(const TAbstractImage&) = delete;
+
+  // Cell size in bytes, the address of buffer cell 0, and the type word ("REAL", "BYTE", ...).
+  virtual int32_t GetDataTypeSize() const = 0;
+  virtual void* GetElement0Ptr() = 0;
+  virtual const void* GetElement0Ptr() const = 0;
+  virtual std::string GetImageTypeID() const = 0;
+
+  // Moves the buffer to the window aminx .. amaxx, aminy .. amaxy of the map, thinned to the
+  // screen, and reads the file again; four zeros go back to the whole extent. Values written
+  // before are lost.
+  virtual void ReOpen(float aminx, float amaxx, float aminy, float amaxy);
+
+  // Cell access on the grid of Header(). Columns and rows count from 1 in ReadCR, WriteCR,
+  // ReadRect and CRtoXY, from 0 everywhere else; row 0 is the northernmost. Only the linear
+  // index is checked, so a column past the end of a row reads on in the next row.
+  virtual float ReadCR(int32_t c, int32_t r) const;
+  virtual float ReadCR0(int32_t Col, int32_t Row) const;
+  virtual float ReadXY(float x, float y) const;
+  // The index check of every read; the typed classes add the cell.
+  virtual float BufferRead(int32_t index) const {
+    CheckIndexAndRaiseOnError(index);
+    return 0.0f;
+  }
+  // The index check and the running range of Header() of every write; the typed classes store.
+  virtual void BufferWrite(int32_t index, float val);
+  // Sequential access at BufferPointer, which moves on only when the access succeeds.
+  virtual float FileRead();
+  virtual void FileWrite(float val);
+  // The range scans take their slots here: GetRangeBetween, GetRange.
+  virtual void ResetFile();
+
+  void WriteCR(int32_t c, int32_t r, float val);
+  // Cell under a map point with no limits and no longitude handling: x = Maxx is the first
+  // cell of the next row.
+  void WriteXY(float x, float y, float val);
+  // Zero-based cell under a map point (see LatLngToColRow).
+  void XYtoCR(float x, float y, int32_t& c, int32_t& r) const;
+  // North-west corner of the 1-based cell (c, r) of the file's own grid, also on a reduced image.
+  void CRtoXY(int32_t c, int32_t r, float& x, float& y) const;
+  // Height rows of Width cells from the 1-based cell (Left, Top), indexed [row][column].
+  std::vector<TSingleArray> ReadRect(int32_t Left, int32_t Top, int32_t Width,
+                                     int32_t Height) const;
+  bool EndOfFile() const { return BufferPointer >= NumRecs; }
+
+  // The write-back: if new data went in, MemOnly is False and the image is neither thinned nor
+  // zoomed, the data file and then the .doc are written to the name FileName() holds now. Runs
+  // once; a later call does nothing, and later changes stay in memory. The destructor runs it
+  // if nobody did, and a failure there goes to the debug channel: callers that care about
+  // write errors call Close().
+  void Close();
+
+  int32_t ScaleImage() const { return FScaleImage; }
+  TImageHeader* Header() { return IsReduced() ? FZoomHeader.get() : FHeader.get(); }
+  const TImageHeader* Header() const { return IsReduced() ? FZoomHeader.get() : FHeader.get(); }
+  bool Zoomed() const { return FIsZoomed; }
+  const std::string& FileName() const { return FFileName; }
+  // Takes effect for the write-back and later reads of the file only.
+  void SetFileName(const std::string& value) { FFileName = value; }
+  std::string ImageTypeID() const { return GetImageTypeID(); }
+
+  // True until the first data value is written; while True nothing is written back.
+  bool FirstWrite = false;
+  // True: this image has no files and is never written back.
+  bool MemOnly = false;
+  // Cells in the buffer: Width * Height of Header().
+  int32_t NumRecs = 0;
+  // Index of the next cell of sequential access.
+  int32_t BufferPointer = 0;
+
+ protected:
+  // Only the raster classes themselves can make the key, so only their factories construct.
+  class TConstructionKey {
+   public:
+    explicit TConstructionKey() = default;
+  };
+
+  explicit TAbstractImage(TConstructionKey) {}
+
+  // Builds an image of class TImage and runs the construction steps on it; the image counts as
+  // constructed (and may write back) only when they all succeeded.
+  template <typename TImage, typename TSteps>
+  static std::unique_ptr<TImage> Construct(TSteps&& steps) {
+    auto image = std::make_unique<TImage>(TConstructionKey());
+    steps(*image);
+    static_cast<TAbstractImage&>(*image).FConstructed = true;
+    return image;
+  }
+
+  // Construction steps of the base part. CreateImage binds a new image to inFileName (a .doc
+  // name becomes the .img name) without touching any file; CreateCopy takes over the state and
+  // copies both headers. OpenImage with aScaleBuff runs inside a guard that rewords every
+  // failure; the other two forms let failures pass unchanged.
+  void CreateImage(const std::string& inFileName, const TImageHeader* headerIn);
+  void CreateCopy(const TAbstractImage& Source);
+  void OpenImage(const std::string& inFileName, bool aScaleBuff);
+  void OpenImage(const std::string& inFileName, float aRequestedRes);
+  void OpenImage(const std::string& inFileName, float aminx, float amaxx, float aminy, float amaxy);
+
+  // Copies one file row from the row buffer into the buffer at cursor and moves cursor on.
+  virtual void LoadBufferValues(int32_t& cursor, int32_t startCol) = 0;
+  // Sizes the buffer to NumRecs cells and the row buffer to the file's width, then ReadFile.
+  virtual void LoadData() = 0;
+  // The reader of binary data files: the whole file in one read, or the sampled rows of a
+  // reduced image one by one into RowBuffer, each handed to LoadBufferValues.
+  void ReadFile(int32_t cellSize, std::span<std::byte> Buffer, std::span<std::byte> RowBuffer);
+
+  // The write-back proper, run by Close() when it is due: the data file, then the .doc. A class
+  // with another file form or with no files overrides it.
+  virtual void WriteBack();
+  virtual void WriteDataFile() = 0;
+  // The destructor of every concrete class calls this first, while its overrides still stand.
+  void CloseOnDestruction() noexcept;
+
+  void CheckIndexAndRaiseOnError(int64_t index) const {
+    if (index < 0 || index >= NumRecs) [[unlikely]] {
+      RaiseReadIndexError(index);
+    }
+  }
+  bool IsReduced() const { return FIsZoomed || FScaleImage > 1; }
+  // The buffer index of the zero-based cell (Col, Row), for a read.
+  int32_t ReadIndex0(int32_t Col, int32_t Row) const {
+    return ReadIndex(static_cast<int64_t>(Header()->Width) * Row + Col);
+  }
+  // A read index that fits the 32-bit operations; anything beyond is outside the buffer anyway.
+  int32_t ReadIndex(int64_t index) const {
+    if (index != static_cast<int32_t>(index)) [[unlikely]] {
+      RaiseReadIndexError(index);
+    }
+    return static_cast<int32_t>(index);
+  }
+
+  std::unique_ptr<TImageHeader> FHeader;
+  std::unique_ptr<TImageHeader> FZoomHeader;
+  bool FIsZoomed = false;
+
+ private:
+  struct TGridOrigin {
+    int32_t Col;
+    int32_t Row;
+  };
+
+  void Initialise(bool aScaleBuff);
+  void SetResolution(float aRequestedRes);
+  void ReadRows(const TImageFile& file, int32_t cellSize, std::span<std::byte> RowBuffer);
+  TGridOrigin WindowOrigin(const TImageHeader& window, int32_t step, bool zoomed) const;
+  [[noreturn]] void RaiseReadIndexError(int64_t index) const;
+  static int32_t WriteIndex(double index);
+
+  int32_t FScaleImage = 0;
+  std::string FFileName;
+  bool FConstructed = false;
+  bool FClosed = false;
+};
+
+// The one writer of binary data files: creates or empties FileName and writes RecordCount
+// records of RecordSize bytes from Buffer. A disk that fills up raises EImageFileError, other
+// system failures EInOutError.
+void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t RecordCount,
+                    const void* Buffer);
+
+}  // namespace zephra

@@ -1,0 +1,8 @@
+#pragma once
+// The buffered raster engine: TAbstractImage, the class references TImageClass and
+// TAbstractImageClass, the four binary raster classes TRealImage, TByteImage, TIntegerImage and
+// TInteger32Image, and WriteImageData.
+
+#include <zephra/Raster/Images/zplbZephraAbstractImage.h>
+#include <zephra/Raster/Images/zplbZephraImageClass.h>
+#include <zephra/Raster/Images/zplbZephraTypedImage.h>

@@ -23,7 +23,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <istream>
 #include <memory>
+#include <ostream>
 #include <span>
 #include <string>
 #include <vector>
@@ -35,6 +37,8 @@
 namespace zephra {
 
 class TImageFile;
+class TKey;
+class TSmoothingIndexList;
 
 class TAbstractImage {
  public:
@@ -69,7 +73,10 @@ class TAbstractImage {
   // Sequential access at BufferPointer, which moves on only when the access succeeds.
   virtual float FileRead();
   virtual void FileWrite(float val);
-  // The range scans take their slots here: GetRangeBetween, GetRange.
+  // The smallest and largest cell within minVal .. maxVal, and over all cells; both run on the
+  // sequential cursor.
+  virtual TRange GetRangeBetween(float minVal, float maxVal, bool silent);
+  virtual TRange GetRange();
   virtual void ResetFile();
 
   void WriteCR(int32_t c, int32_t r, float val);
@@ -84,6 +91,29 @@ class TAbstractImage {
   std::vector<TSingleArray> ReadRect(int32_t Left, int32_t Top, int32_t Width,
                                      int32_t Height) const;
   bool EndOfFile() const { return BufferPointer >= NumRecs; }
+
+  // The plain mean of the valid cells in a (2 * SmoothLevel + 1)-square window around a cell or
+  // map point, wrapping east-west; SmoothingIndexes (may be null) receives the window's cells.
+  float ReadCRWithSmoothing(int32_t c, int32_t r, int32_t SmoothLevel,
+                            TSmoothingIndexList* SmoothingIndexes) const;
+  float ReadXYWithSmoothing(float x, float y, int32_t SmoothLevel,
+                            TSmoothingIndexList* SmoothingIndexes) const;
+
+  // Every cell of this image through key into outImage, whose legend becomes the key's names.
+  void Reclass(TAbstractImage* outImage, const TKey* key);
+  // The buffer's raw cells, little-endian, in buffer order: NumRecs * GetDataTypeSize() bytes.
+  TByteArray GetBytes() const;
+  void SetBytes(const TByteArray& Bytes);
+  void SaveToStream(std::ostream& Stream) const;
+  void LoadFromStream(std::istream& Stream);
+
+  // Burns the polygons of a shapefile into the cells, in memory only (MemOnly becomes True).
+  void FillShape(const std::string& ShpFile, const TSingleArray& dataarr);
+
+  // Text exports of the buffer's grid; an empty file name does nothing.
+  void ExportARCGrid(const std::string& outFN, float nullVal);
+  void ExportXYZGrid(const std::string& outFN, float nullVal);
+  void ExportNodeGrid(const std::string& inFN, const std::string& outFN, float nullVal);
 
   // The write-back: if new data went in, MemOnly is False and the image is neither thinned nor
   // zoomed, the data file and then the .doc are written to the name FileName() holds now. Runs

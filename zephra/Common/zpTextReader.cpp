@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <iterator>
 #include <memory>
 
 #include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpStreamBytes.h>
 
 namespace zephra {
 
@@ -128,24 +128,6 @@ bool StartsWith(const std::string& s, std::string_view prefix) {
   return s.compare(0, prefix.size(), prefix) == 0;
 }
 
-std::string ReadAll(std::istream& stream) {
-  std::string bytes;
-  const auto start = stream.tellg();
-  if (start != std::istream::pos_type(-1) && stream.seekg(0, std::ios::end)) {
-    const auto end = stream.tellg();
-    stream.seekg(start);
-    if (end > start) {
-      bytes.resize(static_cast<size_t>(end - start));
-      stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-      bytes.resize(static_cast<size_t>(stream.gcount()));
-    }
-  } else {
-    stream.clear();
-    bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  }
-  return bytes;
-}
-
 }  // namespace
 
 std::string DecodeText(std::string bytes) {
@@ -162,7 +144,7 @@ std::string DecodeText(std::string bytes) {
   return SanitiseUtf8(std::move(bytes));
 }
 
-TTextReader::TTextReader(std::istream& Stream) : FText(DecodeText(ReadAll(Stream))) {}
+TTextReader::TTextReader(std::istream& Stream) : FText(DecodeText(ReadStreamToEnd(Stream))) {}
 
 TTextReader TTextReader::FromFile(const std::string& FileName) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(FileName.c_str(), "rb"),

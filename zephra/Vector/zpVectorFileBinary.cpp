@@ -4,7 +4,9 @@
 #include <zephra/Vector/zpVectorFile.h>
 
 #include <bit>
-#include <iterator>
+#include <span>
+
+#include <zephra/Common/zpStreamBytes.h>
 
 namespace zephra {
 
@@ -12,29 +14,6 @@ namespace {
 
 constexpr size_t kRecordHeaderSize = 8;
 constexpr size_t kVertexSize = 8;
-
-// The stream from its position to its end, in one read where the stream can tell its size.
-std::vector<uint8_t> ReadRemaining(std::istream& stream) {
-  std::vector<uint8_t> bytes;
-  const auto start = stream.tellg();
-  if (start != std::istream::pos_type(-1) && stream.seekg(0, std::ios::end)) {
-    const auto end = stream.tellg();
-    stream.seekg(start);
-    if (end > start) {
-      bytes.resize(static_cast<size_t>(end - start));
-      stream.read(reinterpret_cast<char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-      bytes.resize(static_cast<size_t>(stream.gcount()));
-    }
-  } else {
-    stream.clear();
-    bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  }
-  if (stream.bad()) {
-    throw EInOutError("Failed to read the vector file's data");
-  }
-  return bytes;
-}
 
 [[noreturn]] void Fail(const std::string& fileName, size_t offset, const std::string& what) {
   throw EVectorFileError("Vector file (" + fileName + "), byte " + std::to_string(offset) + ": " +
@@ -52,7 +31,8 @@ T ReadLittleEndian(const uint8_t* at) {
 }  // namespace
 
 void TVector::LoadBinary(std::istream& Stream) {
-  const std::vector<uint8_t> data = ReadRemaining(Stream);
+  const std::string bytes = ReadStreamToEnd(Stream);
+  const std::span<const uint8_t> data(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
   const bool isLatLon = FHeader->IsLatLon();
   size_t pos = 0;
   while (pos < data.size()) {

@@ -3,10 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
+#include <cfenv>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "support/TestSupport.h"
 
@@ -47,6 +52,47 @@ TEST(NumberText, FixedFormKeepsExactlyTheDecimalsAsked) {
   EXPECT_EQ(point.Fixed(-0.125, 2), "-0.12");  // ties to even, like the run-time's printf
   EXPECT_EQ(point.Fixed(1234567.891, 2), "1234567.89");
   EXPECT_EQ(TNumberFormat(',').Fixed(1.5, 4), "1,5000");
+}
+
+// Values a float holds take a shortcut through integer arithmetic; its text must be the text of
+// the general conversion to the letter, ties, signed zeros and the rounding mode included.
+TEST(NumberText, FixedFormOfEveryFloatIsTheTextOfTheGeneralConversion) {
+  std::vector<float> values = {0.0f,     -0.0f,       0.03125f, -0.03125f,  2.5f,  -3.5f,
+                               0.00005f, -0.00001f,   1e-40f,   8388607.5f, 1e15f, 9.0071993e15f,
+                               0.99995f, 123456.789f, -9999.0f, 0.015625f};
+  std::mt19937 random(4242);
+  std::uniform_int_distribution<uint32_t> bits;
+  std::uniform_int_distribution<int32_t> sixteenths(-160000000, 160000000);
+  for (int i = 0; i < 100000; ++i) {
+    values.push_back(std::bit_cast<float>(bits(random)));
+    values.push_back(static_cast<float>(sixteenths(random)) / 16.0f);  // many exact ties
+  }
+  const TNumberFormat comma(',');
+  const int mode = std::fegetround();
+  std::fesetround(FE_UPWARD);  // the shortcut must not round the way the mode says
+  int mismatches = 0;
+  for (const float value : values) {
+    for (const int decimals : {0, 1, 2, 4, 5, 12}) {
+      char reference[400];
+      const auto end =
+          std::to_chars(reference, reference + sizeof reference, static_cast<double>(value),
+                        std::chars_format::fixed, decimals);
+      std::string expected(reference, end.ptr);
+      if (!std::isfinite(value) || expected.size() > TNumberFormat::MaxLength) {
+        continue;
+      }
+      std::replace(expected.begin(), expected.end(), '.', ',');
+      const std::string actual = comma.Fixed(value, decimals);
+      if (actual != expected && ++mismatches <= 5) {
+        ADD_FAILURE() << std::hexfloat << value << " with " << decimals << " decimals: " << actual
+                      << " instead of " << expected;
+      }
+    }
+  }
+  std::fesetround(mode);
+  EXPECT_EQ(mismatches, 0);
+  EXPECT_EQ(comma.Fixed(0.03125f, 4), "0,0312");
+  EXPECT_EQ(comma.Fixed(-0.00001f, 4), "-0,0000");
 }
 
 TEST(NumberText, EveryScientificTextReadsBackBitIdentical) {

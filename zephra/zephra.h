@@ -18,3 +18,5 @@
 #include <zephra/Vector/zpVectorFile.h>
 #include <zephra/Vector/zpVectorFileHeader.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
+#include <zephra/Raster/Images/zplbSmoothing.h>
+#include <zephra/Raster/Stream/zplbNonBufferedImageTypes.h>

@@ -1,10 +1,12 @@
 #include <zephra/Common/zpNumberText.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include <zephra/Common/zpExceptions.h>
 
@@ -80,6 +82,93 @@ std::string_view Trim(std::string_view text) {
   return text;
 }
 
+// Two decimal digits per entry, "00" to "99".
+constexpr char kDigitPairs[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+    "8081828384858687888990919293949596979899";
+
+constexpr int kMaxExactDecimals = 12;
+constexpr double kPowersOfTen[kMaxExactDecimals + 1] = {1e0, 1e1, 1e2, 1e3,  1e4,  1e5, 1e6,
+                                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+
+// Writes the Count lowest decimal digits of value, leading zeros included.
+template <int Count>
+char* WriteLowDigits(char* out, uint64_t value) {
+  char* at = out + Count;
+  for (int i = 0; i < Count / 2; ++i) {
+    at -= 2;
+    std::memcpy(at, kDigitPairs + 2 * (value % 100), 2);
+    value /= 100;
+  }
+  if constexpr (Count % 2 == 1) {
+    *out = static_cast<char>('0' + value % 10);
+  }
+  return out + Count;
+}
+
+// Writes value in decimal. Cheaper than the general integer conversion for the short whole
+// parts of cell values, which it meets in every cell of a text export.
+inline char* WriteUnsigned(char* out, uint64_t value) {
+  int count = 1;
+  for (uint64_t limit = 10; count < 20 && value >= limit; limit *= 10) {
+    ++count;
+  }
+  char* at = out + count;
+  while (value >= 100) {
+    at -= 2;
+    std::memcpy(at, kDigitPairs + 2 * (value % 100), 2);
+    value /= 100;
+  }
+  if (value >= 10) {
+    std::memcpy(at - 2, kDigitPairs + 2 * value, 2);
+  } else {
+    at[-1] = static_cast<char>('0' + value);
+  }
+  return out + count;
+}
+
+// The fixed form of a value that a float holds exactly, with up to 12 decimals, without the
+// general conversion: the float's 24 significant bits times 10^Decimals (at most 28 more bits)
+// make an exact double, so rounding that product to an integer rounds the decimal expansion
+// itself, ties to even as the general path does, in any rounding mode. The divisors are
+// constants, so no division instruction runs. Returns nullptr for values that don't qualify:
+// other doubles, products of 2^53 and more, infinities and NaN.
+template <int Decimals>
+char* FixedFromFloat(char* out, double value, char separator) {
+  const double magnitude = std::fabs(value);
+  const double scaled = magnitude * kPowersOfTen[Decimals];
+  if (!(scaled < 0x1p53) || static_cast<double>(static_cast<float>(magnitude)) != magnitude) {
+    return nullptr;
+  }
+  // Below 2^53 the signed conversion is exact and cheaper than the unsigned one.
+  auto units = static_cast<uint64_t>(static_cast<int64_t>(scaled));
+  const double rest = scaled - static_cast<double>(static_cast<int64_t>(units));
+  if (rest > 0.5 || (rest == 0.5 && (units & 1) != 0)) {
+    ++units;
+  }
+  if (std::signbit(value)) {
+    *out++ = '-';
+  }
+  constexpr auto unit = static_cast<uint64_t>(kPowersOfTen[Decimals]);
+  out = WriteUnsigned(out, units / unit);
+  if constexpr (Decimals > 0) {
+    *out++ = separator;
+    out = WriteLowDigits<Decimals>(out, units % unit);
+  }
+  return out;
+}
+
+using TFixedWriter = char* (*)(char*, double, char);
+
+template <size_t... Decimals>
+constexpr auto FixedWriters(std::index_sequence<Decimals...>) {
+  return std::array<TFixedWriter, sizeof...(Decimals)>{&FixedFromFloat<Decimals>...};
+}
+
+// One writer per number of decimals, chosen once per call.
+constexpr auto kFixedFromFloat = FixedWriters(std::make_index_sequence<kMaxExactDecimals + 1>());
+
 template <typename Writer>
 std::string ToString(Writer write) {
   char buffer[TNumberFormat::MaxLength];
@@ -154,6 +243,12 @@ char* TNumberFormat::Scientific(char* out, double value) const {
 }
 
 char* TNumberFormat::Fixed(char* out, double value, int decimals) const {
+  // Every cell of a raster takes this way, in the inner loops of the text exports.
+  if (decimals >= 0 && decimals <= kMaxExactDecimals) {
+    if (char* end = kFixedFromFloat[static_cast<size_t>(decimals)](out, value, FSeparator)) {
+      return end;
+    }
+  }
   if (!std::isfinite(value)) {
     return WriteNonFinite(out, value);
   }

@@ -4,5 +4,6 @@
 // TInteger32Image, and WriteImageData.
 
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>
+#include <zephra/Raster/Images/zplbSmoothing.h>
 #include <zephra/Raster/Images/zplbZephraImageClass.h>
 #include <zephra/Raster/Images/zplbZephraTypedImage.h>

@@ -2,7 +2,6 @@
 // number of bytes to the same folder with one fwrite, measured in the same run.
 
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -14,54 +13,16 @@
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 #include "BenchRatio.h"
+#include "BenchSupport.h"
 
 namespace zephra::bench {
 namespace {
 
 constexpr int32_t kSide = 4000;
 
-// A scratch folder, removed with its files at the end.
-class TScratch {
- public:
-  TScratch() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "zephra-export-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-      throw std::runtime_error("cannot create a scratch folder");
-    }
-    FPath = pattern;
-  }
-  ~TScratch() {
-    std::error_code ignored;
-    std::filesystem::remove_all(FPath, ignored);
-  }
-  std::string File(const char* name) const { return (FPath / name).string(); }
-
- private:
-  std::filesystem::path FPath;
-};
-
-// Cells from 0 to 4000 with one decimal, as a terrain model might hold: "1234.5000 " and the like.
-std::unique_ptr<TRealImage> Terrain() {
-  TImageHeader header;
-  header.Width = kSide;
-  header.Height = kSide;
-  header.Maxx = header.Maxy = 4000.0f;
-  header.ResolutionX = header.ResolutionY = 1.0f;
-  auto image = TRealImage::Create("", &header);
-  image->MemOnly = true;
-  for (int32_t r = 0; r < kSide; ++r) {
-    for (int32_t c = 0; c < kSide; ++c) {
-      image->Buffer[static_cast<size_t>(r) * kSide + c] =
-          static_cast<float>((r * 37 + c * 11) % 40000) * 0.1f;
-    }
-  }
-  return image;
-}
-
 struct TSetup {
   TScratch Scratch;
-  std::unique_ptr<TRealImage> Image = Terrain();
+  std::unique_ptr<TRealImage> Image = Terrain(kSide);
 };
 
 TSetup& Setup() {

@@ -20,11 +20,19 @@
 
 #include "gtwLayout.h"
 #include "support/TestSupport.h"
+#include "support/TiffSupport.h"
 #include "tvgeotifflib.h"
 
 namespace {
 
+using zephra::test::ListGeo;
+using zephra::test::ListGeoNumbers;
+using zephra::test::NoDataText;
+using zephra::test::OpenTiff;
+using zephra::test::ReadRowBits;
+using zephra::test::Tag;
 using zephra::test::TTempDir;
+using zephra::test::TTiff;
 
 constexpr auto kNpos = std::string::npos;
 
@@ -49,38 +57,6 @@ std::vector<float> MakeRow(int32_t row, int32_t width) {
   return cells;
 }
 
-struct TTiffClose {
-  void operator()(TIFF* tif) const { TIFFClose(tif); }
-};
-using TTiff = std::unique_ptr<TIFF, TTiffClose>;
-
-TTiff OpenTiff(const std::string& fileName) {
-  return TTiff(TIFFOpen(fileName.c_str(), "r"));
-}
-
-std::vector<uint32_t> ReadRowBits(TIFF* tif, uint32_t row, uint32_t width) {
-  std::vector<uint32_t> bits(width);
-  EXPECT_EQ(TIFFReadScanline(tif, bits.data(), row, 0), 1) << "row " << row;
-  return bits;
-}
-
-template <typename T>
-T Tag(TIFF* tif, ttag_t tag) {
-  T value{};
-  EXPECT_EQ(TIFFGetField(tif, tag, &value), 1) << "tag " << tag;
-  return value;
-}
-
-// libtiff doesn't know the no-data tag either, so it reads it as an anonymous counted field.
-std::string NoDataText(TIFF* tif) {
-  uint32_t count = 0;
-  const char* text = nullptr;
-  if (TIFFGetField(tif, 42113, &count, &text) != 1 || text == nullptr) {
-    return "<missing>";
-  }
-  return std::string(text, count > 0 ? count - 1 : 0);
-}
-
 int32_t WriteRaster(const std::string& fileName, int32_t width, int32_t height, uint32_t latLong,
                     const char* mode = "w", float x = -20.5f, float y = 60.25f,
                     float cellSize = 0.1f) {
@@ -100,35 +76,6 @@ void ExpectCells(TIFF* tif, int32_t width, int32_t height) {
       ASSERT_EQ(bits[col], CellBits(row, col)) << "row " << row << " column " << col;
     }
   }
-}
-
-struct TPipeClose {
-  void operator()(FILE* pipe) const { pclose(pipe); }
-};
-
-std::string ListGeo(const std::string& fileName) {
-  const std::string command = std::string(ZEPHRA_LISTGEO) + " '" + fileName + "' 2>/dev/null";
-  const std::unique_ptr<FILE, TPipeClose> pipe(popen(command.c_str(), "r"));
-  std::string output;
-  std::array<char, 4096> chunk{};
-  while (pipe && fgets(chunk.data(), chunk.size(), pipe.get()) != nullptr) {
-    output += chunk.data();
-  }
-  return output;
-}
-
-// The `count` numbers that follow the line holding `label` in listgeo's report.
-std::vector<double> ListGeoNumbers(const std::string& report, const std::string& label, int count) {
-  const size_t at = report.find(label);
-  if (at == std::string::npos) {
-    return {};
-  }
-  std::istringstream numbers(report.substr(report.find('\n', at)));
-  std::vector<double> values(count);
-  for (double& value : values) {
-    numbers >> value;
-  }
-  return values;
 }
 
 TEST(GeoTiffWriter, CellsReadBackBitForBitInACompressedFloatTiff) {

@@ -20,3 +20,9 @@
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 #include <zephra/Raster/Images/zplbSmoothing.h>
 #include <zephra/Raster/Stream/zplbNonBufferedImageTypes.h>
+#include <zephra/Export/zplArcInfoGridASCIIExporter.h>
+#include <zephra/Export/zplGeoTiffExporter.h>
+#include <zephra/Export/zplGeoTiffLib.h>
+#include <zephra/Export/zplXYZAsciiExporter.h>
+#include <zephra/Export/zplZephraImageExporterIntf.h>
+#include <zephra/Export/zplZephraImageSaveCopyExporter.h>

@@ -1,0 +1,57 @@
+#pragma once
+// What several benchmark programs share: a scratch folder and a realistic real raster.
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <zephra/Raster/Images/zplbZephraImageTypes.h>
+
+namespace zephra::bench {
+
+// A scratch folder, removed with its files at the end.
+class TScratch {
+ public:
+  TScratch() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "zephra-bench-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+      throw std::runtime_error("cannot create a scratch folder");
+    }
+    FPath = pattern;
+  }
+  ~TScratch() {
+    std::error_code ignored;
+    std::filesystem::remove_all(FPath, ignored);
+  }
+  TScratch(const TScratch&) = delete;
+  TScratch& operator=(const TScratch&) = delete;
+
+  std::string File(const char* name) const { return (FPath / name).string(); }
+
+ private:
+  std::filesystem::path FPath;
+};
+
+// A memory-only side x side raster of cells from 0 to 4000 with one decimal, as a terrain model
+// might hold: "1234.5000" and the like.
+inline std::unique_ptr<TRealImage> Terrain(int32_t side) {
+  TImageHeader header;
+  header.Width = side;
+  header.Height = side;
+  header.Maxx = header.Maxy = static_cast<float>(side);
+  header.ResolutionX = header.ResolutionY = 1.0f;
+  auto image = TRealImage::Create("", &header);
+  image->MemOnly = true;
+  for (int32_t r = 0; r < side; ++r) {
+    for (int32_t c = 0; c < side; ++c) {
+      image->Buffer[static_cast<size_t>(r) * side + c] =
+          static_cast<float>((r * 37 + c * 11) % 40000) * 0.1f;
+    }
+  }
+  return image;
+}
+
+}  // namespace zephra::bench

@@ -1,0 +1,62 @@
+#include <zephra/Export/zplArcInfoGridASCIIExporter.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpSpatialConst.h>
+#include <zephra/Export/zplExportTextFile.h>
+#include <zephra/Raster/Images/zplbZephraImageTypes.h>
+
+namespace zephra {
+
+namespace {
+
+void WriteHeaderLines(TExportTextFile& file, const TImageHeader& header,
+                      const TNumberFormat& format) {
+  file.WriteLine("ncols        " + std::to_string(header.Width));
+  file.WriteLine("nrows        " + std::to_string(header.Height));
+  file.WriteLine("xllcorner    " + format.Fixed(header.Minx, 4));
+  file.WriteLine("yllcorner    " + format.Fixed(header.Miny, 4));
+  file.WriteLine("cellsize     " + format.Fixed(header.ResolutionX, 4));
+  file.WriteLine("NODATA_value -9999");
+}
+
+char* CopyText(char* out, std::string_view text) {
+  return std::copy(text.begin(), text.end(), out);
+}
+
+}  // namespace
+
+void TArcInfoGridASCIIExporter::ExportImage(const TAbstractImage* Source,
+                                            const std::string& FileName,
+                                            const TExportProgressEvent& OnProgress) {
+  CheckExportArguments(Source, FileName);
+  const TImageHeader& header = *Source->Header();
+  const TNumberFormat format;
+  TExportTextFile file(FileName);
+  WriteHeaderLines(file, header, format);
+
+  // One row's text is built in place: room for the widest number and its blank per cell.
+  std::vector<char> line(static_cast<size_t>(std::max(header.Width, 0)) *
+                         (TNumberFormat::MaxLength + 1));
+  for (int32_t r = 1; r <= header.Height; ++r) {
+    char* out = line.data();
+    for (int32_t c = 1; c <= header.Width; ++c) {
+      if (c > 1) {
+        *out++ = ' ';
+      }
+      const float value = Source->ReadCR(c, r);
+      out = TSpatialConst::IsFlag(value) ? CopyText(out, "-9999") : format.Fixed(out, value, 4);
+    }
+    file.WriteLine(std::string_view(line.data(), static_cast<size_t>(out - line.data())));
+    if (OnProgress) {
+      OnProgress(r - 1, header.Height - 1);
+    }
+  }
+  file.Close();
+}
+
+}  // namespace zephra

@@ -3,6 +3,8 @@
 
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
+#include <vector>
+
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpPolyMap.h>
 #include <zephra/Common/zpSpatialConst.h>
@@ -16,23 +18,36 @@ class TShapeFill {
   TShapeFill(TAbstractImage& image, TPolyMap& map, const TSingleArray& values)
       : FImage(image), FMap(map), FValues(values), FCount(map.GetShapeCount()) {}
 
+  // Shapes whose box spans the row's Y, in map order. The search tests only these: every other
+  // shape fails its box test on this row anyway, so the result is the same.
+  void StartRow(float y) {
+    FRowShapes.clear();
+    for (int32_t i = 0; i < FCount; ++i) {
+      const TSHPPolygon* shape = FMap.GetShape(i);
+      if (y >= shape->BoundsMinY && y <= shape->BoundsMaxY) {
+        FRowShapes.push_back(i);
+      }
+    }
+  }
+
   // The current shape first, as the scan has it from the cell before; else the first shape in
-  // map order whose box and rings take the point.
+  // map order whose box and rings take the point. A search that fills nothing leaves the last
+  // shape of the map current.
   void FillCell(const TFloatPoint& P, int32_t c, int32_t r) {
     if (TryShape(FCurrent, P, c, r)) {
       return;
     }
-    for (int32_t i = 0; i < FCount; ++i) {
-      FCurrent = i;
+    for (const int32_t i : FRowShapes) {
       const TSHPPolygon* shape = FMap.GetShape(i);
-      if (P.X < shape->BoundsMinX || P.X > shape->BoundsMaxX || P.Y < shape->BoundsMinY ||
-          P.Y > shape->BoundsMaxY) {
+      if (P.X < shape->BoundsMinX || P.X > shape->BoundsMaxX) {
         continue;
       }
       if (TryShape(i, P, c, r)) {
+        FCurrent = i;
         return;
       }
     }
+    FCurrent = FCount - 1;
   }
 
  private:
@@ -69,6 +84,7 @@ class TShapeFill {
   const TSingleArray& FValues;
   const int32_t FCount;
   int32_t FCurrent = 0;
+  std::vector<int32_t> FRowShapes;
 };
 
 }  // namespace
@@ -103,6 +119,7 @@ void TAbstractImage::FillShape(const std::string& ShpFile, const TSingleArray& d
   TShapeFill fill(*this, map, dataarr);
   for (int32_t r = 0; r < grid.Height; ++r) {
     const auto y = static_cast<float>(grid.Maxy - r * spanY / grid.Height);
+    fill.StartRow(y);
     for (int32_t c = 0; c < grid.Width; ++c) {
       const auto x = static_cast<float>(c * spanX / grid.Width + grid.Minx);
       fill.FillCell(TFloatPoint{x, y}, c, r);

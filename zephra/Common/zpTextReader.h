@@ -26,6 +26,8 @@ class TTextReader {
   bool EndOfStream() const { return FPos >= FText.size(); }
 
   std::string_view Text() const { return FText; }
+  // What the lines read so far have left.
+  std::string_view Remaining() const { return std::string_view(FText).substr(FPos); }
 
  private:
   explicit TTextReader(std::string Text) : FText(std::move(Text)) {}

@@ -33,6 +33,7 @@
 #include <zephra/Common/zpCommonTypes.h>
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 #include <zephra/Raster/Images/zplbZephraImageClass.h>
+#include <zephra/Raster/Images/zplbZephraRangeScan.h>
 
 namespace zephra {
 
@@ -168,6 +169,26 @@ class TAbstractImage {
   void OpenImage(const std::string& inFileName, bool aScaleBuff);
   void OpenImage(const std::string& inFileName, float aRequestedRes);
   void OpenImage(const std::string& inFileName, float aminx, float amaxx, float aminy, float amaxy);
+
+  // The end of every range scan: the empty-scan result and failure, and the cursor back to 0.
+  TRange FinishRangeScan(TRange range, bool found, bool silent);
+  // GetRangeBetween straight over a buffer of known cell type, with what the cursor pass does:
+  // the cursor ends at the end on failure, at 0 otherwise.
+  template <typename TCells>
+  TRange ScanBuffer(const TCells& cells, float minVal, float maxVal, bool silent) {
+    BufferPointer = 0;
+    TRange range{minVal, maxVal};
+    if (EndOfFile()) {
+      return range;
+    }
+    const bool found = ScanRange(
+        static_cast<size_t>(NumRecs), [&cells](size_t i) { return static_cast<float>(cells[i]); },
+        minVal, maxVal, range);
+    BufferPointer = NumRecs;
+    return FinishRangeScan(range, found, silent);
+  }
+  // The file's own header of an image, for the generic open's range refresh.
+  static TImageHeader* FileHeaderOf(TAbstractImage& image) { return image.FHeader.get(); }
 
   // Copies one file row from the row buffer into the buffer at cursor and moves cursor on.
   virtual void LoadBufferValues(int32_t& cursor, int32_t startCol) = 0;

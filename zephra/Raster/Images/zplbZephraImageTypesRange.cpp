@@ -4,42 +4,23 @@
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Raster/Header/zplnKey.h>
+#include <zephra/Raster/Images/zplbZephraRangeScan.h>
 
 namespace zephra {
 
-namespace {
-
-// Widens a range to take one more value; the first value sets both ends.
-void Take(TRange& range, bool& found, float value) {
-  if (!found) {
-    range = TRange{value, value};
-    found = true;
-    return;
-  }
-  if (value < range.Min) {
-    range.Min = value;
-  }
-  if (value > range.Max) {
-    range.Max = value;
-  }
-}
-
-}  // namespace
-
 TRange TAbstractImage::GetRangeBetween(float minVal, float maxVal, bool silent) {
   ResetFile();
-  TRange range{minVal, maxVal};
   if (EndOfFile()) {
-    return range;
+    return TRange{minVal, maxVal};
   }
-  bool found = false;
-  const bool bounded = minVal != maxVal;
-  while (!EndOfFile()) {
-    const float value = FileRead();
-    if (!bounded || (value > minVal && value < maxVal)) {
-      Take(range, found, value);
-    }
-  }
+  // Through the virtual FileRead: a class that knows its cell type scans its buffer instead.
+  TRange range{minVal, maxVal};
+  const bool found = ScanRange(
+      static_cast<size_t>(NumRecs), [this](size_t) { return FileRead(); }, minVal, maxVal, range);
+  return FinishRangeScan(range, found, silent);
+}
+
+TRange TAbstractImage::FinishRangeScan(TRange range, bool found, bool silent) {
   if (!found) {
     // Only FlagValue is looked at, not Flag: a header with a negative no-data number reports an
     // empty range as 0 .. 0.

@@ -49,6 +49,9 @@ class TTypedImage final : public TAbstractImage {
   float ReadCR0(int32_t Col, int32_t Row) const override;
   float FileRead() override;
   void BufferWrite(int32_t index, float val) override;
+  TRange GetRangeBetween(float minVal, float maxVal, bool silent) override {
+    return ScanBuffer(Buffer, minVal, maxVal, silent);
+  }
 
   TCellArray Buffer;
 

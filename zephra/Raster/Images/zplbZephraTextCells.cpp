@@ -1,0 +1,59 @@
+#include <zephra/Raster/Images/zplbZephraTextCells.h>
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include <zephra/Common/zpExceptions.h>
+
+namespace zephra {
+
+namespace {
+
+bool IsSeparator(char c) {
+  return static_cast<unsigned char>(c) <= ' ';
+}
+
+}  // namespace
+
+std::string_view TCellTokens::Next() {
+  while (FPos < FText.size() && IsSeparator(FText[FPos])) {
+    ++FPos;
+  }
+  const size_t start = FPos;
+  while (FPos < FText.size() && !IsSeparator(FText[FPos])) {
+    ++FPos;
+  }
+  return FText.substr(start, FPos - start);
+}
+
+void TCellTokens::SkipLine() {
+  const size_t end = FText.find_first_of("\r\n", FPos);
+  if (end == std::string_view::npos) {
+    FPos = FText.size();
+    return;
+  }
+  FPos = end + ((FText[end] == '\r' && end + 1 < FText.size() && FText[end + 1] == '\n') ? 2 : 1);
+}
+
+float ParseCellToken(std::string_view token) {
+  if (token.empty()) {
+    return 0.0f;
+  }
+  std::string_view digits = token;
+  if (digits.front() == '+') {
+    digits.remove_prefix(1);  // from_chars takes no plus sign in front
+  }
+  double value = 0.0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  const bool whole = result.ec == std::errc() && result.ptr == digits.data() + digits.size();
+  const bool twoSigns =
+      token.front() == '+' && !digits.empty() && (digits.front() == '+' || digits.front() == '-');
+  if (!whole || twoSigns || (std::isfinite(value) && std::fabs(value) >= 0x1.ffffffp127)) {
+    throw EConvertError("'" + std::string(token) + "' is not a valid floating point value");
+  }
+  return static_cast<float>(value);
+}
+
+}  // namespace zephra

@@ -1,0 +1,141 @@
+// TAsciiImage: construction, cell access, and the data file of one number per line.
+
+#include <zephra/Raster/Images/zplbZephraTextImage.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string_view>
+#include <vector>
+
+#include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpTextReader.h>
+#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Raster/Images/zplbZephraImageClassOf.h>
+#include <zephra/Raster/Images/zplbZephraTextCells.h>
+
+namespace zephra {
+
+template <typename TImage>
+std::unique_ptr<TImage> TAsciiImage::CreateAs(const std::string& inFileName,
+                                              const TImageHeader* headerIn) {
+  return Construct<TImage>([&](TImage& image) {
+    image.CreateImage(inFileName, headerIn);
+    image.FHeader->DataType = dtReal;
+    image.FHeader->FileType = ftAscii;
+    image.Buffer.assign(static_cast<size_t>(image.NumRecs), 0.0f);
+  });
+}
+
+template <typename TImage>
+std::unique_ptr<TImage> TAsciiImage::CopyAs(const TImage& Source) {
+  return Construct<TImage>([&](TImage& image) {
+    image.CreateCopy(Source);
+    image.Buffer = Source.Buffer;
+  });
+}
+
+template <typename TImage, typename... TBounds>
+std::unique_ptr<TImage> TAsciiImage::OpenReducedAs(const std::string& inFileName,
+                                                   TBounds... bounds) {
+  return Construct<TImage>([&](TImage& image) { image.OpenImage(inFileName, bounds...); });
+}
+
+std::unique_ptr<TAsciiImage> TAsciiImage::Create(const std::string& inFileName,
+                                                 const TImageHeader* headerIn) {
+  return CreateAs<TAsciiImage>(inFileName, headerIn);
+}
+
+std::unique_ptr<TAsciiImage> TAsciiImage::Create(const TAsciiImage& Source) {
+  return CopyAs(Source);
+}
+
+// Text rasters are never thinned: the base steps run unscaled and the whole file is read.
+std::unique_ptr<TAsciiImage> TAsciiImage::Open(const std::string& inFileName, bool /*aScaleBuff*/) {
+  return Construct<TAsciiImage>([&](TAsciiImage& image) {
+    image.OpenImage(inFileName, false);
+    image.ReadDataFile();
+  });
+}
+
+std::unique_ptr<TAsciiImage> TAsciiImage::Open(const std::string& inFileName, float aRequestedRes) {
+  return OpenReducedAs<TAsciiImage>(inFileName, aRequestedRes);
+}
+
+std::unique_ptr<TAsciiImage> TAsciiImage::Open(const std::string& inFileName, float aminx,
+                                               float amaxx, float aminy, float amaxy) {
+  return OpenReducedAs<TAsciiImage>(inFileName, aminx, amaxx, aminy, amaxy);
+}
+
+TAbstractImageClass TAsciiImage::ClassRef() {
+  static const TImageClassOf<TAsciiImage> classRef("TAsciiImage");
+  return &classRef;
+}
+
+TAsciiImage::~TAsciiImage() {
+  CloseOnDestruction();
+}
+
+float TAsciiImage::BufferRead(int32_t index) const {
+  TAbstractImage::BufferRead(index);
+  return Buffer[static_cast<size_t>(index)];
+}
+
+void TAsciiImage::BufferWrite(int32_t index, float val) {
+  TAbstractImage::BufferWrite(index, val);
+  Buffer[static_cast<size_t>(index)] = val;
+}
+
+void TAsciiImage::LoadBufferValues(int32_t& /*cursor*/, int32_t /*startCol*/) {}
+
+// The thinned and windowed forms read no text: they leave a zero-filled buffer of their size,
+// so that every index they report is backed by a cell.
+void TAsciiImage::LoadData() {
+  Buffer.assign(static_cast<size_t>(NumRecs), 0.0f);
+}
+
+// One number per line; the rest of each line is passed over, and a file that ends early gives
+// 0.0 for the cells it lacks.
+void TAsciiImage::ReadDataFile() {
+  const TTextReader reader = TTextReader::FromFile(FileName());
+  Buffer.assign(static_cast<size_t>(NumRecs), 0.0f);
+  TCellTokens tokens(reader.Text());
+  for (float& cell : Buffer) {
+    cell = ParseCellToken(tokens.Next());
+    tokens.SkipLine();
+  }
+  BufferPointer = 0;
+}
+
+void TAsciiImage::WriteDataFile() {
+  std::ofstream stream(FileName(), std::ios::binary | std::ios::trunc);
+  if (!stream) {
+    throw EInOutError("Cannot create file \"" + FileName() + "\"");
+  }
+  TTextWriter writer(stream);
+  const TNumberFormat format;
+  constexpr size_t kCellsPerBlock = 1 << 14;
+  std::vector<char> block(kCellsPerBlock * (TNumberFormat::MaxLength + 2));
+  for (size_t first = 0; first < Buffer.size(); first += kCellsPerBlock) {
+    const size_t last = std::min(Buffer.size(), first + kCellsPerBlock);
+    char* out = block.data();
+    for (size_t i = first; i < last; ++i) {
+      out = format.General(out, Buffer[i], 15);
+      *out++ = '\r';
+      *out++ = '\n';
+    }
+    writer.Write(std::string_view(block.data(), static_cast<size_t>(out - block.data())));
+  }
+  writer.Flush();
+}
+
+template std::unique_ptr<TArcGridImage> TAsciiImage::CreateAs<TArcGridImage>(const std::string&,
+                                                                             const TImageHeader*);
+template std::unique_ptr<TArcGridImage> TAsciiImage::CopyAs<TArcGridImage>(const TArcGridImage&);
+template std::unique_ptr<TArcGridImage> TAsciiImage::OpenReducedAs<TArcGridImage, float>(
+    const std::string&, float);
+template std::unique_ptr<TArcGridImage>
+TAsciiImage::OpenReducedAs<TArcGridImage, float, float, float, float>(const std::string&, float,
+                                                                      float, float, float);
+
+}  // namespace zephra

@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include <zephra/Common/zpExceptions.h>
@@ -13,6 +12,19 @@ namespace {
 
 bool IsSeparator(char c) {
   return static_cast<unsigned char>(c) <= ' ';
+}
+
+// A number too small for a float is no error: it becomes the float nearest to it. Only magnitudes
+// beyond the largest float are refused.
+bool TakeUnderflow(std::string_view digits, float& value) {
+  double wide = 0.0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), wide);
+  if ((result.ec != std::errc() && result.ec != std::errc::result_out_of_range) ||
+      !(std::fabs(wide) < 1.0)) {
+    return false;
+  }
+  value = static_cast<float>(wide);
+  return true;
 }
 
 }  // namespace
@@ -45,15 +57,18 @@ float ParseCellToken(std::string_view token) {
   if (digits.front() == '+') {
     digits.remove_prefix(1);  // from_chars takes no plus sign in front
   }
-  double value = 0.0;
+  // Parsed straight to the nearest float: one correct rounding of the decimal text.
+  float value = 0.0f;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  const bool whole = result.ec == std::errc() && result.ptr == digits.data() + digits.size();
+  const bool whole = result.ptr == digits.data() + digits.size() &&
+                     (result.ec == std::errc() || (result.ec == std::errc::result_out_of_range &&
+                                                   TakeUnderflow(digits, value)));
   const bool twoSigns =
       token.front() == '+' && !digits.empty() && (digits.front() == '+' || digits.front() == '-');
-  if (!whole || twoSigns || (std::isfinite(value) && std::fabs(value) >= 0x1.ffffffp127)) {
+  if (!whole || twoSigns) {
     throw EConvertError("'" + std::string(token) + "' is not a valid floating point value");
   }
-  return static_cast<float>(value);
+  return value;
 }
 
 }  // namespace zephra

@@ -1,7 +1,11 @@
 #pragma once
 // What several benchmark programs share: a scratch folder and a realistic real raster.
 
+#include <benchmark/benchmark.h>
 #include <stdlib.h>
+
+#include <cstdio>
+#include <vector>
 
 #include <filesystem>
 #include <memory>
@@ -52,6 +56,36 @@ inline std::unique_ptr<TRealImage> Terrain(int32_t side) {
     }
   }
   return image;
+}
+
+// Each run writes a new file: replacing the last one would wait for the disk to take it first.
+inline void RemoveUntimed(benchmark::State& state, const std::string& fileName) {
+  state.PauseTiming();
+  std::filesystem::remove(fileName);
+  state.ResumeTiming();
+}
+
+inline void ReportFileSize(benchmark::State& state, const std::string& fileName) {
+  const auto size = static_cast<int64_t>(std::filesystem::file_size(fileName));
+  state.SetBytesProcessed(state.iterations() * size);
+  state.counters["MB_written"] = static_cast<double>(size) / 1e6;
+}
+
+// The reference of the text writers: as many bytes as `written` holds, in one fwrite of a ready
+// buffer into a new file.
+inline void FwriteSameBytes(benchmark::State& state, const std::string& written,
+                            const std::string& file) {
+  const std::vector<char> text(std::filesystem::file_size(written), '7');
+  for (auto _ : state) {
+    RemoveUntimed(state, file);
+    std::FILE* out = std::fopen(file.c_str(), "wb");
+    if (out == nullptr || std::fwrite(text.data(), 1, text.size(), out) != text.size() ||
+        std::fclose(out) != 0) {
+      state.SkipWithError("fwrite failed");
+      break;
+    }
+  }
+  ReportFileSize(state, file);
 }
 
 }  // namespace zephra::bench

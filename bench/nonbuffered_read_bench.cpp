@@ -20,33 +20,8 @@
 
 #include <zephra/Raster/Stream/zplbNonBufferedImageTypes.h>
 
+#include "BenchAllocations.h"
 #include "BenchRatio.h"
-
-namespace {
-
-std::atomic<int64_t> gAllocations{0};
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  gAllocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-    return memory;
-  }
-  throw std::bad_alloc();
-}
-
-// GCC takes the free() below for a mismatch once it has inlined both sides of a replaced pair.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-#pragma GCC diagnostic pop
 
 namespace zephra::bench {
 namespace {

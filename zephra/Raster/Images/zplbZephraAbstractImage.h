@@ -215,6 +215,13 @@ class TAbstractImage {
   int32_t ReadIndex0(int32_t Col, int32_t Row) const {
     return ReadIndex(static_cast<int64_t>(Header()->Width) * Row + Col);
   }
+  // The buffer index of the 1-based cell (c, r), for a read; a column or row below 1 raises.
+  int32_t ReadIndex1(int32_t c, int32_t r) const {
+    if (c <= 0 || r <= 0) [[unlikely]] {
+      RaiseOneBasedError();
+    }
+    return ReadIndex(static_cast<int64_t>(Header()->Width) * (r - 1) + (c - 1));
+  }
   // A read index that fits the 32-bit operations; anything beyond is outside the buffer anyway.
   int32_t ReadIndex(int64_t index) const {
     if (index != static_cast<int32_t>(index)) [[unlikely]] {
@@ -238,6 +245,7 @@ class TAbstractImage {
   void ReadRows(const TImageFile& file, int32_t cellSize, std::span<std::byte> RowBuffer);
   TGridOrigin WindowOrigin(const TImageHeader& window, int32_t step, bool zoomed) const;
   [[noreturn]] void RaiseReadIndexError(int64_t index) const;
+  [[noreturn]] static void RaiseOneBasedError();
   static int32_t WriteIndex(double index);
 
   int32_t FScaleImage = 0;

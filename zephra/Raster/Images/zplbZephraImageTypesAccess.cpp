@@ -72,11 +72,12 @@ void TAbstractImage::BufferWrite(int32_t index, float val) {
   }
 }
 
+void TAbstractImage::RaiseOneBasedError() {
+  throw EArgumentException("ReadCR index values are 1 based");
+}
+
 float TAbstractImage::ReadCR(int32_t c, int32_t r) const {
-  if (c <= 0 || r <= 0) {
-    throw EArgumentException("ReadCR index values are 1 based");
-  }
-  return BufferRead(ReadIndex(static_cast<int64_t>(Header()->Width) * (r - 1) + (c - 1)));
+  return BufferRead(ReadIndex1(c, r));
 }
 
 float TAbstractImage::ReadCR0(int32_t Col, int32_t Row) const {

@@ -85,8 +85,13 @@ float TTypedImage<TCell>::BufferRead(int32_t index) const {
   return CellToSingle(Buffer[static_cast<size_t>(index)]);
 }
 
-// ReadCR0 and FileRead as the base class has them, with the cell read bound at compile time:
-// they are the loops of every full pass over an image.
+// ReadCR, ReadCR0 and FileRead as the base class has them, with the cell read bound at compile
+// time: they are the loops of every full pass over an image and of the exporters.
+template <typename TCell>
+float TTypedImage<TCell>::ReadCR(int32_t c, int32_t r) const {
+  return TTypedImage::BufferRead(ReadIndex1(c, r));
+}
+
 template <typename TCell>
 float TTypedImage<TCell>::ReadCR0(int32_t Col, int32_t Row) const {
   return TTypedImage::BufferRead(ReadIndex0(Col, Row));

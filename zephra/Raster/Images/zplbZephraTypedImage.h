@@ -46,6 +46,7 @@ class TTypedImage final : public TAbstractImage {
   const void* GetElement0Ptr() const override { return Buffer.data(); }
   std::string GetImageTypeID() const override;
   float BufferRead(int32_t index) const override;
+  float ReadCR(int32_t c, int32_t r) const override;
   float ReadCR0(int32_t Col, int32_t Row) const override;
   float FileRead() override;
   void BufferWrite(int32_t index, float val) override;

@@ -136,6 +136,11 @@ void THeaderParser::ReadLegend(const std::string& value) {
   if (!TryParseInt(value, count)) {
     return;
   }
+  // All the room at once: a count no memory can hold (a damaged file) then fails at once with
+  // std::bad_alloc, instead of growing the list until the system runs out.
+  if (count > 0) {
+    FHeader.Categories.reserve(FHeader.Categories.size() + static_cast<size_t>(count));
+  }
   std::string line;
   std::string key;
   std::string text;

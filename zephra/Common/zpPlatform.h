@@ -1,5 +1,5 @@
 #pragma once
-// The three settings a host may give the library. They are meant to be set once, while the host
+// The settings a host may give the library. They are meant to be set once, while the host
 // starts up, before images are used from several threads.
 
 #include <cstdint>
@@ -20,5 +20,19 @@ void DebugOutput(const std::string& text) noexcept;
 // loaded zephra library, then on the loader's search path.
 void SetGeoTiffLibraryPath(const std::string& path);
 std::string GeoTiffLibraryPath();
+
+// Whether a file that replaces another is flushed to the disk (fsync) before it takes the old
+// one's place, so that a crash of the machine cannot leave a renamed but empty file. Default
+// true; scratch work that can be redone may turn it off for speed.
+bool SyncWrites();
+void SetSyncWrites(bool sync);
+
+// The most bytes that one open may allocate for its cells (and a header for its legend), so that
+// a tiny damaged file claiming a huge raster is refused before memory is spent on it. 0, the
+// default, means the machine's physical memory.
+int64_t OpenAllocationLimit();
+void SetOpenAllocationLimit(int64_t bytes);
+// Raises EImageFileError naming FileName when Bytes passes OpenAllocationLimit().
+void CheckOpenAllocation(const std::string& FileName, int64_t Bytes);
 
 }  // namespace zephra

@@ -7,14 +7,14 @@
 
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Export/zplExportTextFile.h>
+#include <zephra/Common/zpTextOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
 
 namespace {
 
-void WriteHeaderLines(TExportTextFile& file, const TImageHeader& header,
+void WriteHeaderLines(TTextOutputFile& file, const TImageHeader& header,
                       const TNumberFormat& format) {
   file.WriteLine("ncols        " + std::to_string(header.Width));
   file.WriteLine("nrows        " + std::to_string(header.Height));
@@ -36,7 +36,7 @@ void TArcInfoGridASCIIExporter::ExportImage(const TAbstractImage* Source,
   CheckExportArguments(Source, FileName);
   const TImageHeader& header = *Source->Header();
   const TNumberFormat format;
-  TExportTextFile file(FileName);
+  TTextOutputFile file(FileName, TOutputFile::omInPlace);
   WriteHeaderLines(file, header, format);
 
   // One row's text is built in place: room for the widest number and its blank per cell.
@@ -56,7 +56,7 @@ void TArcInfoGridASCIIExporter::ExportImage(const TAbstractImage* Source,
       OnProgress(r - 1, header.Height - 1);
     }
   }
-  file.Close();
+  file.Commit();
 }
 
 }  // namespace zephra

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Export/zplExportTextFile.h>
+#include <zephra/Common/zpTextOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -25,7 +25,7 @@ void TXYZAsciiExporter::ExportImage(const TAbstractImage* Source, const std::str
   CheckExportArguments(Source, FileName);
   const TImageHeader& header = *Source->Header();
   const TNumberFormat format;
-  TExportTextFile file(FileName);
+  TTextOutputFile file(FileName, TOutputFile::omInPlace);
 
   // One row's lines are built in place: three numbers, two blanks and CR LF per cell.
   const size_t lineRoom = 3 * TNumberFormat::MaxLength + 4;
@@ -49,7 +49,7 @@ void TXYZAsciiExporter::ExportImage(const TAbstractImage* Source, const std::str
       OnProgress(r, header.Height - 1);
     }
   }
-  file.Close();
+  file.Commit();
 }
 
 }  // namespace zephra

@@ -4,13 +4,12 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <string_view>
 
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/zpTextOutputFile.h>
 
 namespace zephra {
 
@@ -137,17 +136,13 @@ void TZephraPalFile::SaveToFile(const std::string& FileName) const {
   if (FileName.empty()) {
     return;
   }
-  std::ofstream file(FileName, std::ios::binary | std::ios::trunc);
-  if (!file) {
-    throw EInOutError("Cannot create file \"" + FileName + "\"");
-  }
   // Integers carry no decimal separator, so the lines read the same in every locale.
   const TNumberFormat format;
-  TTextWriter writer(file);
+  TTextOutputFile file(FileName, TOutputFile::omReplace);
   for (int32_t i = 0; i < FCount; ++i) {
-    writer.WriteLine(FormatLine(format, i, FColors[i]));
+    file.WriteLine(FormatLine(format, i, FColors[i]));
   }
-  writer.Flush();
+  file.Commit();
 }
 
 void TZephraPalFile::SaveToFile(const std::string& FileName, bool UpdateFileName) {

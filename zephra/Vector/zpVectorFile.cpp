@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {
@@ -152,23 +153,18 @@ void TVector::SaveAs(const std::string& fileNameIn) {
 
 void TVector::SaveToFile(const std::string& FileName) {
   {
-    std::ofstream coordinates(FileName, std::ios::binary | std::ios::trunc);
-    if (!coordinates) {
-      throw EInOutError("Cannot create file \"" + FileName + "\"");
-    }
-    SaveToStream(coordinates);
+    TOutputFile coordinates(FileName, TOutputFile::omInPlace);
+    SaveToStream(coordinates.Stream());
+    coordinates.Commit();
   }
-  const std::string headerName = HeaderFileName(FileName);
-  std::ofstream header(headerName, std::ios::binary | std::ios::trunc);
-  if (!header) {
-    throw EInOutError("Cannot create file \"" + headerName + "\"");
-  }
+  TOutputFile header(HeaderFileName(FileName), TOutputFile::omInPlace);
   FHeader->SetMinX(MinX);
   FHeader->SetMaxX(MaxX);
   FHeader->SetMinY(MinY);
   FHeader->SetMaxY(MaxY);
   FHeader->SetLayerType(LayerType);
-  FHeader->SaveToStream(header);
+  FHeader->SaveToStream(header.Stream());
+  header.Commit();
 }
 
 }  // namespace zephra

@@ -8,6 +8,7 @@
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpTextReader.h>
 #include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {
@@ -75,11 +76,9 @@ void TVectorHeader::LoadFromStream(std::istream& Stream) {
 }
 
 void TVectorHeader::SaveToFile(const std::string& FileName) const {
-  std::ofstream stream(FileName, std::ios::binary | std::ios::trunc);
-  if (!stream) {
-    throw EInOutError("Cannot create file \"" + FileName + "\"");
-  }
-  SaveToStream(stream);
+  TOutputFile file(FileName, TOutputFile::omInPlace);
+  SaveToStream(file.Stream());
+  file.Commit();
 }
 
 void TVectorHeader::SaveToStream(std::ostream& Stream) const {

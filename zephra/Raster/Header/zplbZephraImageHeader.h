@@ -14,6 +14,8 @@
 
 namespace zephra {
 
+class TOutputFile;
+
 class TImageHeader {
  public:
   // Defaults: "Unspecified" units, "Missing data" flag text, unit distance 1, everything else
@@ -33,9 +35,13 @@ class TImageHeader {
   void LoadFromStream(std::istream& Stream);
 
   // Writes the .doc text. A name with an extension other than .doc never replaces that file:
-  // the header goes beside it under the .doc name.
+  // the header goes beside it under the .doc name. The old .doc stays whole until the new one is
+  // complete on the disk; a failure raises EInOutError and leaves it as it was.
   void SaveToFile(const std::string& FileName);
   void SaveAs(const std::string& imageFN);
+  // The .doc text into a replacement that the caller commits together with other files (the
+  // raster write-back); the field FileName takes the ".DOC" form of imageFN as in SaveToFile.
+  void SaveToOutput(TOutputFile& File, const std::string& imageFN);
   void SaveToStream(std::ostream& Stream) const;
 
   // The printed report.

@@ -4,10 +4,10 @@
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
 #include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Common/zpTextWriter.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
@@ -196,6 +196,11 @@ void WriteLines(const TImageHeader& h, THeaderFormatter& out) {
   out.Pair(Labels::Consistency, h.Consistency);
 }
 
+// What the field FileName holds after a save under imageFN.
+std::string DocFieldName(const std::string& imageFN) {
+  return std::filesystem::path(imageFN).replace_extension(".DOC").string();
+}
+
 }  // namespace
 
 // A name that ends in .doc (any case) is written as given. Any other name - an image, or a name
@@ -203,19 +208,18 @@ void WriteLines(const TImageHeader& h, THeaderFormatter& out) {
 // lower case so that LoadFromFile finds it. The field FileName takes the ".DOC" form either way.
 void TImageHeader::SaveToFile(const std::string& FileName) {
   const std::filesystem::path given(FileName);
-  this->FileName = std::filesystem::path(given).replace_extension(".DOC").string();
   const std::string target = SameText(given.extension().string(), ".doc")
                                  ? FileName
                                  : std::filesystem::path(given).replace_extension(".doc").string();
-  std::ofstream file(target, std::ios::binary | std::ios::trunc);
-  if (!file.is_open()) {
-    throw EInOutError("Cannot create file \"" + target + "\"");
-  }
-  SaveToStream(file);
-  file.close();
-  if (file.fail()) {
-    throw EInOutError("Cannot write file \"" + target + "\"");
-  }
+  this->FileName = DocFieldName(FileName);  // also when the file then can't be written
+  TOutputFile file(target);
+  SaveToStream(file.Stream());
+  file.Commit();
+}
+
+void TImageHeader::SaveToOutput(TOutputFile& File, const std::string& imageFN) {
+  this->FileName = DocFieldName(imageFN);
+  SaveToStream(File.Stream());
 }
 
 void TImageHeader::SaveAs(const std::string& imageFN) {

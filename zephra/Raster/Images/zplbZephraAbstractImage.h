@@ -39,6 +39,7 @@ namespace zephra {
 
 class TImageFile;
 class TKey;
+class TOutputFile;
 class TSmoothingIndexList;
 
 class TAbstractImage {
@@ -201,7 +202,8 @@ class TAbstractImage {
   // The write-back proper, run by Close() when it is due: the data file, then the .doc. A class
   // with another file form or with no files overrides it.
   virtual void WriteBack();
-  virtual void WriteDataFile() = 0;
+  // The cells in the class's file form, into the replacement of the data file.
+  virtual void WriteDataFile(TOutputFile& File) const = 0;
   // The destructor of every concrete class calls this first, while its overrides still stand.
   void CloseOnDestruction() noexcept;
 
@@ -254,10 +256,14 @@ class TAbstractImage {
   bool FClosed = false;
 };
 
-// The one writer of binary data files: creates or empties FileName and writes RecordCount
-// records of RecordSize bytes from Buffer. A disk that fills up raises EImageFileError, other
-// system failures EInOutError.
+// The one writer of binary data files: writes RecordCount records of RecordSize bytes from
+// Buffer as the new content of FileName, which takes it only when all of it was written. A disk
+// that fills up raises EImageFileError, other system failures EInOutError; either way FileName
+// stays as it was.
 void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t RecordCount,
+                    const void* Buffer);
+// The same records into a file that the caller commits, with the same errors.
+void WriteImageData(TOutputFile& File, int32_t RecordSize, int32_t RecordCount,
                     const void* Buffer);
 
 }  // namespace zephra

@@ -24,18 +24,13 @@ std::string SystemMessage(int error) {
 
 }  // namespace
 
-TImageFile::TImageFile(const std::string& FileName, TMode Mode) : FFileName(FileName) {
-  const int flags = Mode == fmRead ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+TImageFile::TImageFile(const std::string& FileName) : FFileName(FileName) {
   do {
-    FHandle = ::open(FileName.c_str(), flags | O_CLOEXEC, 0666);
+    FHandle = ::open(FileName.c_str(), O_RDONLY | O_CLOEXEC);
   } while (FHandle < 0 && errno == EINTR);
   if (FHandle < 0) {
     const int error = errno;
-    const std::string reason = SystemMessage(error);
-    if (Mode == fmRead) {
-      throw EFOpenError("Cannot open file \"" + FileName + "\": " + reason);
-    }
-    throw EInOutError("Cannot create file \"" + FileName + "\": " + reason);
+    throw EFOpenError("Cannot open file \"" + FileName + "\": " + SystemMessage(error));
   }
 }
 
@@ -71,36 +66,6 @@ size_t TImageFile::ReadAt(int64_t Offset, std::span<std::byte> Target) const {
     done += static_cast<size_t>(got);
   }
   return done;
-}
-
-size_t TImageFile::Write(std::span<const std::byte> Source) {
-  size_t done = 0;
-  while (done < Source.size()) {
-    const size_t wanted = std::min(Source.size() - done, kMaxTransfer);
-    const ssize_t put = ::write(FHandle, Source.data() + done, wanted);
-    if (put < 0 && errno == EINTR) {
-      continue;
-    }
-    // A full disk or a file size limit is a short write, which the caller reports in its own
-    // words; any other failure is a system error.
-    if (put < 0 && errno != ENOSPC && errno != EFBIG && errno != EDQUOT) {
-      RaiseSystemError("write");
-    }
-    if (put <= 0) {
-      break;
-    }
-    done += static_cast<size_t>(put);
-  }
-  return done;
-}
-
-void TImageFile::Close() {
-  const int handle = FHandle;
-  FHandle = -1;
-  if (handle >= 0 && ::close(handle) != 0 && errno != EINTR) {
-    const int error = errno;
-    throw EInOutError("Cannot close file \"" + FFileName + "\": " + SystemMessage(error));
-  }
 }
 
 void TImageFile::RaiseSystemError(const char* action) const {

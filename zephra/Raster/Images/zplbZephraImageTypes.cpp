@@ -99,7 +99,7 @@ void TAbstractImage::ReadFile(int32_t cellSize, std::span<std::byte> Buffer,
   if (!FileExists(FFileName)) {
     throw EImageFileError(FFileName + " does not exist.");
   }
-  const TImageFile file(FFileName, TImageFile::fmRead);
+  const TImageFile file(FFileName);
   const int64_t expected = static_cast<int64_t>(FHeader->Width) * FHeader->Height * cellSize;
   if (file.Size() != expected) {
     throw EImageFileError(

@@ -5,7 +5,6 @@
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 #include <vector>
 
@@ -13,39 +12,11 @@
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
 #include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/zpTextOutputFile.h>
 
 namespace zephra {
 
 namespace {
-
-// The output of an export: created anew, and closed on every path out. After a failure what was
-// written up to then stays, since the writer hands its buffer on when it goes.
-class TExportFile {
- public:
-  explicit TExportFile(const std::string& FileName)
-      : FFileName(FileName), FStream(FileName, std::ios::binary | std::ios::trunc) {
-    if (!FStream.is_open()) {
-      throw EInOutError("Cannot create file \"" + FileName + "\"");
-    }
-  }
-
-  TTextWriter& Writer() { return FWriter; }
-
-  // Hands on the rest of the text and reports a write that did not reach the file.
-  void Close() {
-    FWriter.Flush();
-    FStream.close();
-    if (FStream.fail()) {
-      throw EInOutError("Cannot write file \"" + FFileName + "\"");
-    }
-  }
-
- private:
-  std::string FFileName;
-  std::ofstream FStream;
-  TTextWriter FWriter{FStream};
-};
 
 // One line of text built field by field in a buffer of fixed size, which goes to the writer
 // whenever it fills up: a row of any width streams through the same memory.
@@ -139,7 +110,7 @@ void TAbstractImage::ExportARCGrid(const std::string& outFN, float nullVal) {
     return;
   }
   const TNumberFormat format;
-  TExportFile file(outFN);
+  TTextOutputFile file(outFN, TOutputFile::omInPlace);
   const TImageHeader& header = *Header();
   WriteArcGridHeader(file.Writer(), format, header, nullVal);
   ResetFile();
@@ -153,7 +124,7 @@ void TAbstractImage::ExportARCGrid(const std::string& outFN, float nullVal) {
     }
     line.EndLine();
   }
-  file.Close();
+  file.Commit();
 }
 
 // Each line names the south-west corner of its cell: x from the west edge, y one cell below the
@@ -163,7 +134,7 @@ void TAbstractImage::ExportXYZGrid(const std::string& outFN, float /*nullVal*/) 
     return;
   }
   const TNumberFormat format;
-  TExportFile file(outFN);
+  TTextOutputFile file(outFN, TOutputFile::omInPlace);
   const TImageHeader& header = *Header();
   ResetFile();
   TLineBuffer line(file.Writer());
@@ -180,7 +151,7 @@ void TAbstractImage::ExportXYZGrid(const std::string& outFN, float /*nullVal*/) 
       line.EndLine();
     }
   }
-  file.Close();
+  file.Commit();
 }
 
 // The output is created before the node list is opened, so a node list that can't be read
@@ -192,7 +163,7 @@ void TAbstractImage::ExportNodeGrid(const std::string& inFN, const std::string& 
     return;
   }
   const TNumberFormat format;
-  TExportFile file(outFN);
+  TTextOutputFile file(outFN, TOutputFile::omInPlace);
   TTextReader nodes = TTextReader::FromFile(inFN);
   ResetFile();
   std::string_view line;
@@ -217,7 +188,7 @@ void TAbstractImage::ExportNodeGrid(const std::string& inFN, const std::string& 
         break;
     }
   }
-  file.Close();
+  file.Commit();
 }
 
 }  // namespace zephra

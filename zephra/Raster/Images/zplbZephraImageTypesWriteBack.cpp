@@ -6,8 +6,8 @@
 #include <exception>
 
 #include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Common/zpPlatform.h>
-#include <zephra/Raster/Images/zplbZephraImageFile.h>
 #include <zephra/Raster/Images/zplbZephraImageGrid.h>
 
 namespace zephra {
@@ -36,9 +36,16 @@ void TAbstractImage::Close() {
   WriteBack();
 }
 
+// Both files are written whole under temporary names before either takes its name, the data
+// file first: a failure up to the renames leaves the old pair as it was, and the pair can only
+// differ for the time between two renames.
 void TAbstractImage::WriteBack() {
-  WriteDataFile();
-  FHeader->SaveAs(DocFileName(FFileName));
+  const std::string docName = DocFileName(FFileName);
+  TOutputFile data(FFileName);
+  TOutputFile doc(docName);
+  WriteDataFile(data);
+  FHeader->SaveToOutput(doc, docName);
+  CommitInOrder({&data, &doc});
 }
 
 void TAbstractImage::CloseOnDestruction() noexcept {
@@ -53,6 +60,13 @@ void TAbstractImage::CloseOnDestruction() noexcept {
 
 void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t RecordCount,
                     const void* Buffer) {
+  TOutputFile file(FileName);
+  WriteImageData(file, RecordSize, RecordCount, Buffer);
+  file.Commit();
+}
+
+void WriteImageData(TOutputFile& File, int32_t RecordSize, int32_t RecordCount,
+                    const void* Buffer) {
   if (RecordSize < 0 || RecordCount < 0) {
     throw EArgumentException("WriteImageData needs a record size and count of 0 or more, not " +
                              std::to_string(RecordSize) + " and " + std::to_string(RecordCount));
@@ -61,10 +75,7 @@ void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t Rec
   if (Buffer == nullptr && bytes > 0) {
     throw EArgumentNullException("WriteImageData: Buffer is null");
   }
-  TImageFile file(FileName, TImageFile::fmCreate);
-  const size_t written = file.Write({static_cast<const std::byte*>(Buffer), bytes});
-  file.Close();
-  if (written != bytes) {
+  if (File.WriteSome({static_cast<const std::byte*>(Buffer), bytes}) != bytes) {
     throw EImageFileError("Blockwrite of image file failed");
   }
 }

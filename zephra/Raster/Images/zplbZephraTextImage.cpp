@@ -3,12 +3,12 @@
 #include <zephra/Raster/Images/zplbZephraTextImage.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 #include <vector>
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Common/zpTextReader.h>
 #include <zephra/Common/zpTextWriter.h>
 #include <zephra/Raster/Images/zplbZephraImageClassOf.h>
@@ -107,12 +107,8 @@ void TAsciiImage::ReadDataFile() {
   BufferPointer = 0;
 }
 
-void TAsciiImage::WriteDataFile() {
-  std::ofstream stream(FileName(), std::ios::binary | std::ios::trunc);
-  if (!stream) {
-    throw EInOutError("Cannot create file \"" + FileName() + "\"");
-  }
-  TTextWriter writer(stream);
+void TAsciiImage::WriteDataFile(TOutputFile& File) const {
+  TTextWriter writer(File.Stream());
   const TNumberFormat format;
   constexpr size_t kCellsPerBlock = 1 << 14;
   std::vector<char> block(kCellsPerBlock * (TNumberFormat::MaxLength + 2));

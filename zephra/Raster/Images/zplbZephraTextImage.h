@@ -60,7 +60,7 @@ class TAsciiImage : public TAbstractImage {
 
   void LoadBufferValues(int32_t& cursor, int32_t startCol) override;
   void LoadData() override;
-  void WriteDataFile() override;
+  void WriteDataFile(TOutputFile& File) const override;
 
  private:
   void ReadDataFile();

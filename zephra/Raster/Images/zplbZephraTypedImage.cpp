@@ -4,6 +4,7 @@
 #include <bit>
 
 #include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraCellTraits.h>
 #include <zephra/Raster/Images/zplbZephraImageClassOf.h>
 
@@ -155,8 +156,8 @@ void TTypedImage<TCell>::LoadData() {
 }
 
 template <typename TCell>
-void TTypedImage<TCell>::WriteDataFile() {
-  WriteImageData(FileName(), sizeof(TCell), NumRecs, Buffer.data());
+void TTypedImage<TCell>::WriteDataFile(TOutputFile& File) const {
+  WriteImageData(File, sizeof(TCell), NumRecs, Buffer.data());
 }
 
 template class TTypedImage<float>;

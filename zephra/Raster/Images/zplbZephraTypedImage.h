@@ -59,7 +59,7 @@ class TTypedImage final : public TAbstractImage {
  protected:
   void LoadBufferValues(int32_t& cursor, int32_t startCol) override;
   void LoadData() override;
-  void WriteDataFile() override;
+  void WriteDataFile(TOutputFile& File) const override;
 
   // One full row of the file while a thinned or windowed read runs; empty until the first load.
   TCellArray RowBuffer;

@@ -8,6 +8,7 @@
 #include <zephra/Common/zpSpatialConst.h>
 #include <zephra/Common/zpTextReader.h>
 #include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/zpVersion.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 #include <zephra/Raster/Header/zplnKey.h>

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpPlatform.h>
 #include <zephra/Common/zpTextReader.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
@@ -136,10 +137,13 @@ void THeaderParser::ReadLegend(const std::string& value) {
   if (!TryParseInt(value, count)) {
     return;
   }
-  // All the room at once: a count no memory can hold (a damaged file) then fails at once with
-  // std::bad_alloc, instead of growing the list until the system runs out.
+  // Every category is a string, also those of lines the text lacks, so a damaged count in a tiny
+  // file would cost that many strings: a count beyond the open allocation limit is refused
+  // before the room for it is taken, all at once.
   if (count > 0) {
-    FHeader.Categories.reserve(FHeader.Categories.size() + static_cast<size_t>(count));
+    const size_t total = FHeader.Categories.size() + static_cast<size_t>(count);
+    CheckOpenAllocation(FHeader.FileName, static_cast<int64_t>(total * sizeof(std::string)));
+    FHeader.Categories.reserve(total);
   }
   std::string line;
   std::string key;

@@ -20,6 +20,9 @@
 //   in memory, and Close() skips its write-back.
 // - The cell count must lie in 0 .. 2^31 - 1 and neither side of the grid may be negative;
 //   other sizes are refused with EImageFileError.
+// - Every open and ReOpen refuses a buffer larger than OpenAllocationLimit() (zpPlatform.h) with
+//   EImageFileError before allocating it; that refusal passes the guard of Open(inFileName,
+//   aScaleBuff) in its own words, since it is a verdict on the file and not a failure to read it.
 
 #include <cstddef>
 #include <cstdint>
@@ -177,16 +180,30 @@ class TAbstractImage {
   // the cursor ends at the end on failure, at 0 otherwise.
   template <typename TCells>
   TRange ScanBuffer(const TCells& cells, float minVal, float maxVal, bool silent) {
+    return ScanCells(
+        static_cast<size_t>(NumRecs), [&cells](size_t i) { return static_cast<float>(cells[i]); },
+        minVal, maxVal, silent);
+  }
+  // The same over count values that read(i) gives in place of the buffer's cells.
+  template <typename TRead>
+  TRange ScanCells(size_t count, TRead read, float minVal, float maxVal, bool silent) {
     BufferPointer = 0;
     TRange range{minVal, maxVal};
     if (EndOfFile()) {
       return range;
     }
-    const bool found = ScanRange(
-        static_cast<size_t>(NumRecs), [&cells](size_t i) { return static_cast<float>(cells[i]); },
-        minVal, maxVal, range);
+    const bool found = ScanRange(count, read, minVal, maxVal, range);
     BufferPointer = NumRecs;
     return FinishRangeScan(range, found, silent);
+  }
+  // GetRangeBetween on an image that nothing has changed since its file was read. A class that
+  // knows which cells the reading left at zero need not touch them.
+  virtual TRange FreshRangeBetween(float minVal, float maxVal, bool silent) {
+    return GetRangeBetween(minVal, maxVal, silent);
+  }
+  // For the generic open's range refresh, on an image it has just opened.
+  static TRange FreshRangeOf(TAbstractImage& image, float minVal, float maxVal, bool silent) {
+    return image.FreshRangeBetween(minVal, maxVal, silent);
   }
   // The file's own header of an image, for the generic open's range refresh.
   static TImageHeader* FileHeaderOf(TAbstractImage& image) { return image.FHeader.get(); }
@@ -195,6 +212,9 @@ class TAbstractImage {
   virtual void LoadBufferValues(int32_t& cursor, int32_t startCol) = 0;
   // Sizes the buffer to NumRecs cells and the row buffer to the file's width, then ReadFile.
   virtual void LoadData() = 0;
+  // The bytes that LoadData allocates for a buffer of cells cells; checked against the open
+  // allocation limit before anything is allocated.
+  virtual int64_t LoadBytes(int64_t cells) const { return cells * GetDataTypeSize(); }
   // The reader of binary data files: the whole file in one read, or the sampled rows of a
   // reduced image one by one into RowBuffer, each handed to LoadBufferValues.
   void ReadFile(int32_t cellSize, std::span<std::byte> Buffer, std::span<std::byte> RowBuffer);
@@ -244,6 +264,9 @@ class TAbstractImage {
 
   void Initialise(bool aScaleBuff);
   void SetResolution(float aRequestedRes);
+  // Refuses with EImageFileError a buffer of cells cells that the open allocation limit does not
+  // allow, before LoadData allocates it.
+  void CheckLoadAllocation(int64_t cells) const;
   void ReadRows(const TImageFile& file, int32_t cellSize, std::span<std::byte> RowBuffer);
   TGridOrigin WindowOrigin(const TImageHeader& window, int32_t step, bool zoomed) const;
   [[noreturn]] void RaiseReadIndexError(int64_t index) const;

@@ -5,9 +5,12 @@
 
 #include <filesystem>
 #include <limits>
+#include <span>
+#include <string_view>
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
+#include <zephra/Common/zpPlatform.h>
 #include <zephra/Common/zpTextReader.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 #include <zephra/Raster/Images/zplbZephraImageClassOf.h>
@@ -61,6 +64,52 @@ void ReadHeader(TTextReader& reader, TImageHeader& header) {
 [[noreturn]] void RaiseCellError(int32_t c, int32_t r, const std::string& message) {
   throw Exception("Error reading ArcGrid data at " + std::to_string(c) + "," + std::to_string(r) +
                   "\rMessage: " + message);
+}
+
+// The range of the cells above the flag value; the first one sets both ends.
+class TGridRange {
+ public:
+  explicit TGridRange(TImageHeader& header) : FHeader(header) {}
+
+  void Take(float value) {
+    if (!(value > FHeader.FlagValue)) {
+      return;
+    }
+    if (!FFound || value < FHeader.MinValue) {
+      FHeader.MinValue = value;
+    }
+    if (!FFound || value > FHeader.MaxValue) {
+      FHeader.MaxValue = value;
+    }
+    FFound = true;
+  }
+
+ private:
+  TImageHeader& FHeader;
+  bool FFound = false;
+};
+
+// The cells row by row into a zero-filled buffer, and their range; returns how many the text
+// held. The reading stops where the text ends: the cells it did not reach keep the 0.0 they came
+// with, and count for the range once.
+size_t ReadCells(TCellTokens tokens, std::span<float> cells, int32_t width, TImageHeader& header) {
+  TGridRange range(header);
+  for (size_t i = 0; i < cells.size(); ++i) {
+    const std::string_view token = tokens.Next();
+    if (token.empty()) {
+      range.Take(0.0f);
+      return i;
+    }
+    try {
+      cells[i] = ParseCellToken(token);
+    } catch (const std::exception& error) {
+      const auto columns = static_cast<size_t>(width);
+      RaiseCellError(static_cast<int32_t>(i % columns) + 1, static_cast<int32_t>(i / columns) + 1,
+                     error.what());
+    }
+    range.Take(cells[i]);
+  }
+  return cells.size();
 }
 
 }  // namespace
@@ -124,33 +173,11 @@ void TArcGridImage::ReadGrid(const std::string& inFileName) {
                           std::to_string(width) + " columns and " + std::to_string(height) +
                           " rows");
   }
+  CheckOpenAllocation(inFileName, cells * static_cast<int64_t>(sizeof(float)));
   FirstWrite = false;
   NumRecs = static_cast<int32_t>(cells);
-  Buffer.assign(static_cast<size_t>(cells), 0.0f);
-
-  TCellTokens tokens(reader.Remaining());
-  bool found = false;
-  size_t counter = 0;
-  for (int32_t r = 1; r <= height; ++r) {
-    for (int32_t c = 1; c <= width; ++c) {
-      float value = 0.0f;
-      try {
-        value = ParseCellToken(tokens.Next());
-      } catch (const std::exception& error) {
-        RaiseCellError(c, r, error.what());
-      }
-      Buffer[counter++] = value;
-      if (value > header.FlagValue) {
-        if (!found || value < header.MinValue) {
-          header.MinValue = value;
-        }
-        if (!found || value > header.MaxValue) {
-          header.MaxValue = value;
-        }
-        found = true;
-      }
-    }
-  }
+  Buffer = TCellVector<float>(static_cast<size_t>(cells));
+  FUnreadFrom = ReadCells(TCellTokens(reader.Remaining()), Buffer, width, header);
   BufferPointer = 0;
 }
 

@@ -35,10 +35,13 @@ bool WrittenLongAgo(const std::string& fileName) {
 
 enum class TRefreshBound { FlagWhenSet, FlagAlways };
 
+using TFreshRange = TRange (*)(TAbstractImage& image, float minVal, float maxVal, bool silent);
+
 // The range of the header comes from the cells above the flag value, unless the raster is a
-// hillshade or fresh from a writer that knows its range.
+// hillshade or fresh from a writer that knows its range. The image is as its open left it, so
+// freshRange may pass over cells that the reading left at zero.
 void RefreshRange(TAbstractImage& image, const std::string& inFileName, TRefreshBound bound,
-                  TImageHeader* fileHeader) {
+                  TImageHeader* fileHeader, TFreshRange freshRange) {
   if (NamesHillshade(inFileName) || !WrittenLongAgo(inFileName) || image.NumRecs <= 0) {
     return;
   }
@@ -48,8 +51,7 @@ void RefreshRange(TAbstractImage& image, const std::string& inFileName, TRefresh
                          : TSpatialConst::MissingValue;
   const auto lower = static_cast<float>(
       static_cast<double>(std::max(flag, TSpatialConst::MissingValue)) + 0.000001);
-  const TRange range =
-      image.GetRangeBetween(lower, std::numeric_limits<float>::max(), /*silent=*/true);
+  const TRange range = freshRange(image, lower, std::numeric_limits<float>::max(), /*silent=*/true);
   header->SetRange(range);
   if (header != fileHeader) {
     fileHeader->MinValue = header->MinValue;
@@ -82,7 +84,7 @@ std::unique_ptr<TAbstractImage> TGenericImage::Open(const std::string& inFileNam
   auto image = OpenByHeader(inFileName, [&](TAbstractImageClass imageClass) {
     return imageClass->Open(inFileName, aScaleBuff);
   });
-  RefreshRange(*image, inFileName, TRefreshBound::FlagWhenSet, FileHeaderOf(*image));
+  RefreshRange(*image, inFileName, TRefreshBound::FlagWhenSet, FileHeaderOf(*image), &FreshRangeOf);
   return image;
 }
 
@@ -92,7 +94,7 @@ std::unique_ptr<TAbstractImage> TGenericImage::OpenZoomed(const std::string& inF
   auto image = OpenByHeader(inFileName, [&](TAbstractImageClass imageClass) {
     return imageClass->Open(inFileName, aminx, amaxx, aminy, amaxy);
   });
-  RefreshRange(*image, inFileName, TRefreshBound::FlagAlways, FileHeaderOf(*image));
+  RefreshRange(*image, inFileName, TRefreshBound::FlagAlways, FileHeaderOf(*image), &FreshRangeOf);
   return image;
 }
 

@@ -6,6 +6,7 @@
 #include <new>
 
 #include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpPlatform.h>
 #include <zephra/Raster/Images/zplbZephraImageFile.h>
 #include <zephra/Raster/Images/zplbZephraImageGrid.h>
 
@@ -40,11 +41,13 @@ void TAbstractImage::CreateCopy(const TAbstractImage& Source) {
   FZoomHeader = std::make_unique<TImageHeader>(*Source.FZoomHeader);
 }
 
-void TAbstractImage::OpenImage(const std::string& inFileName, bool aScaleBuff) {
-  FFileName = inFileName;
+namespace {
+
+// The guard of Open(inFileName, aScaleBuff): every failure of step is reworded.
+template <typename TStep>
+void RunGuarded(const std::string& inFileName, TStep step) {
   try {
-    Initialise(aScaleBuff);
-    LoadData();
+    step();
   } catch (const std::bad_alloc&) {
     throw Exception("There was an error opening \"" +
                     std::filesystem::path(inFileName).filename().string() +
@@ -56,10 +59,22 @@ void TAbstractImage::OpenImage(const std::string& inFileName, bool aScaleBuff) {
   }
 }
 
+}  // namespace
+
+// The allocation limit is checked between the two guarded steps, so that its refusal reaches
+// the caller as the EImageFileError it is.
+void TAbstractImage::OpenImage(const std::string& inFileName, bool aScaleBuff) {
+  FFileName = inFileName;
+  RunGuarded(inFileName, [&] { Initialise(aScaleBuff); });
+  CheckLoadAllocation(NumRecs);
+  RunGuarded(inFileName, [&] { LoadData(); });
+}
+
 void TAbstractImage::OpenImage(const std::string& inFileName, float aRequestedRes) {
   FFileName = inFileName;
   Initialise(false);
   SetResolution(aRequestedRes);
+  CheckLoadAllocation(NumRecs);
   LoadData();
 }
 
@@ -92,6 +107,10 @@ void TAbstractImage::Initialise(bool aScaleBuff) {
     throw EImageFileError("Program atempted to open an image file which doesn't exist (" +
                           FFileName + ")");
   }
+}
+
+void TAbstractImage::CheckLoadAllocation(int64_t cells) const {
+  CheckOpenAllocation(FFileName, LoadBytes(cells));
 }
 
 void TAbstractImage::ReadFile(int32_t cellSize, std::span<std::byte> Buffer,

@@ -58,6 +58,7 @@ void TAbstractImage::ReOpen(float aminx, float amaxx, float aminy, float amaxy) 
   ReduceGrid(window, step);
   WindowOrigin(window, step, zoomed);
   const int32_t cells = CellCount(window);
+  CheckLoadAllocation(cells);
 
   const TImageHeader previous(*FZoomHeader);
   const bool previousZoomed = FIsZoomed;

@@ -23,7 +23,7 @@ std::unique_ptr<TImage> TAsciiImage::CreateAs(const std::string& inFileName,
     image.CreateImage(inFileName, headerIn);
     image.FHeader->DataType = dtReal;
     image.FHeader->FileType = ftAscii;
-    image.Buffer.assign(static_cast<size_t>(image.NumRecs), 0.0f);
+    image.Buffer = FilledCells(static_cast<size_t>(image.NumRecs), 0.0f);
   });
 }
 
@@ -50,7 +50,8 @@ std::unique_ptr<TAsciiImage> TAsciiImage::Create(const TAsciiImage& Source) {
   return CopyAs(Source);
 }
 
-// Text rasters are never thinned: the base steps run unscaled and the whole file is read.
+// Text rasters are never thinned: the base steps run unscaled, LoadData sizes the buffer, and the
+// whole file is read into it.
 std::unique_ptr<TAsciiImage> TAsciiImage::Open(const std::string& inFileName, bool /*aScaleBuff*/) {
   return Construct<TAsciiImage>([&](TAsciiImage& image) {
     image.OpenImage(inFileName, false);
@@ -88,22 +89,41 @@ void TAsciiImage::BufferWrite(int32_t index, float val) {
 
 void TAsciiImage::LoadBufferValues(int32_t& /*cursor*/, int32_t /*startCol*/) {}
 
-// The thinned and windowed forms read no text: they leave a zero-filled buffer of their size,
-// so that every index they report is backed by a cell.
+// A zero-filled buffer of NumRecs cells. The thinned and windowed forms read no text and keep it
+// so, so that every index they report is backed by a cell.
 void TAsciiImage::LoadData() {
-  Buffer.assign(static_cast<size_t>(NumRecs), 0.0f);
+  Buffer = TCellVector<float>(static_cast<size_t>(NumRecs));
+  FUnreadFrom = 0;
 }
 
-// One number per line; the rest of each line is passed over, and a file that ends early gives
-// 0.0 for the cells it lacks.
+// The cells the reading did not reach are all 0.0, and one of them stands for them all: the scan
+// then gives what a scan of every cell in buffer order gives.
+TRange TAsciiImage::FreshRangeBetween(float minVal, float maxVal, bool silent) {
+  const size_t read = std::min(FUnreadFrom, Buffer.size());
+  if (read == Buffer.size()) {
+    return GetRangeBetween(minVal, maxVal, silent);
+  }
+  return ScanCells(
+      read + 1, [this, read](size_t i) { return i < read ? Buffer[i] : 0.0f; }, minVal, maxVal,
+      silent);
+}
+
+// One number per line into the buffer that LoadData made; the rest of each line is passed over.
+// A file that ends early gives 0.0 for the cells it lacks: the reading stops there and leaves
+// them as the system zero-filled them, untouched.
 void TAsciiImage::ReadDataFile() {
   const TTextReader reader = TTextReader::FromFile(FileName());
-  Buffer.assign(static_cast<size_t>(NumRecs), 0.0f);
   TCellTokens tokens(reader.Text());
-  for (float& cell : Buffer) {
-    cell = ParseCellToken(tokens.Next());
+  size_t read = 0;
+  for (; read < Buffer.size(); ++read) {
+    const std::string_view token = tokens.Next();
+    if (token.empty()) {
+      break;
+    }
+    Buffer[read] = ParseCellToken(token);
     tokens.SkipLine();
   }
+  FUnreadFrom = read;
   BufferPointer = 0;
 }
 

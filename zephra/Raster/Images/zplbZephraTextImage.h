@@ -12,11 +12,13 @@
 // written in the general form with the locale's decimal separator, as the .doc is, so under a
 // decimal-comma locale such a file reads back only under a point locale.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>
+#include <zephra/Raster/Images/zplbZephraCellVector.h>
 
 namespace zephra {
 
@@ -45,7 +47,9 @@ class TAsciiImage : public TAbstractImage {
     return ScanBuffer(Buffer, minVal, maxVal, silent);
   }
 
-  TSingleArray Buffer;
+  // NumRecs cells, zero-filled by the system (see TCellVector): cells that a short text does not
+  // reach cost no memory until they are touched.
+  TCellVector<float> Buffer;
 
  protected:
   // Construction steps shared with TArcGridImage, which is built the same way where it has no
@@ -61,6 +65,12 @@ class TAsciiImage : public TAbstractImage {
   void LoadBufferValues(int32_t& cursor, int32_t startCol) override;
   void LoadData() override;
   void WriteDataFile(TOutputFile& File) const override;
+  TRange FreshRangeBetween(float minVal, float maxVal, bool silent) override;
+
+  // The cells from this index on were left at zero by the open, where a short text stopped;
+  // SIZE_MAX on an image that no file filled, such as a copy. It holds only until something
+  // writes to the image, which is why only FreshRangeBetween trusts it.
+  size_t FUnreadFrom = SIZE_MAX;
 
  private:
   void ReadDataFile();

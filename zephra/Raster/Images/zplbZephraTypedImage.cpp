@@ -29,7 +29,7 @@ std::unique_ptr<TTypedImage<TCell>> TTypedImage<TCell>::Create(const std::string
     image.CreateImage(inFileName, headerIn);
     image.FHeader->DataType = TCellTraits<TCell>::DataType;
     image.FHeader->FileType = ftBinary;
-    image.Buffer.assign(static_cast<size_t>(image.NumRecs), TCellTraits<TCell>::NewCell);
+    image.Buffer = FilledCells(static_cast<size_t>(image.NumRecs), TCellTraits<TCell>::NewCell);
   });
 }
 

@@ -6,9 +6,10 @@
 // Single: integer cells store the written value rounded half to even, keeping its low bits.
 //
 // Buffer holds the image, NumRecs cells on the grid of Header(), row by row from the north-west
-// cell. It is a std::vector whose allocator leaves new cells uninitialised (see TCellVector):
-// code that grows it writes the new cells itself.
+// cell. It is a std::vector whose memory comes zero-filled and whose new cells are never written
+// by the vector itself (see TCellVector).
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -59,6 +60,10 @@ class TTypedImage final : public TAbstractImage {
  protected:
   void LoadBufferValues(int32_t& cursor, int32_t startCol) override;
   void LoadData() override;
+  // The buffer and the row buffer of one file row.
+  int64_t LoadBytes(int64_t cells) const override {
+    return (cells + std::max(FHeader->Width, 0)) * static_cast<int64_t>(sizeof(TCell));
+  }
   void WriteDataFile(TOutputFile& File) const override;
 
   // One full row of the file while a thinned or windowed read runs; empty until the first load.

@@ -18,7 +18,7 @@
 #include <map>
 #include <thread>
 
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpOutputFile.h>
 #include <zephra/Export/zplZephraImageSaveCopyExporter.h>
 #include <zephra/Palette/zplbZephraPalFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>

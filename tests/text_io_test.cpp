@@ -1,6 +1,6 @@
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextWriter.h>
 
 #include <gtest/gtest.h>
 

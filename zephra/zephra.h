@@ -6,8 +6,6 @@
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpPlatform.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
 #include <zephra/Common/zpVersion.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>

@@ -7,7 +7,7 @@
 
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Common/zpTextOutputFile.h>
+#include <zephra/Common/private/zpTextOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpTextOutputFile.h>
+#include <zephra/Common/private/zpTextOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {

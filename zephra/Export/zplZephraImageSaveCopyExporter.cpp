@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpOutputFile.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {

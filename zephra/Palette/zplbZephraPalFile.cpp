@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextOutputFile.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextOutputFile.h>
 
 namespace zephra {
 

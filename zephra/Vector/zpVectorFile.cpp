@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpOutputFile.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {

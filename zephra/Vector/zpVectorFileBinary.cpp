@@ -6,7 +6,7 @@
 #include <bit>
 #include <span>
 
-#include <zephra/Common/zpStreamBytes.h>
+#include <zephra/Common/private/zpStreamBytes.h>
 
 namespace zephra {
 

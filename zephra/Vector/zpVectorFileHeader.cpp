@@ -6,9 +6,9 @@
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextWriter.h>
+#include <zephra/Common/private/zpOutputFile.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextWriter.h>
 
 namespace zephra {
 

@@ -17,8 +17,6 @@
 
 namespace zephra {
 
-class TOutputFile;
-
 /// The metadata of a raster: size, cell type, data file form, map bounds, value range, no-data
 /// flag, legend and notes. Its .doc text names the keys; a load overlays the fields it finds.
 class ZEPHRA_API TImageHeader {
@@ -57,10 +55,6 @@ class ZEPHRA_API TImageHeader {
   void SaveToFile(const std::string& FileName);
   /// Exactly SaveToFile(imageFN).
   void SaveAs(const std::string& imageFN);
-  /// The .doc text into a replacement that the caller commits together with other files (the
-  /// raster write-back); the field FileName takes the ".DOC" form of imageFN as in SaveToFile().
-  /// Raises what SaveToStream() raises.
-  void SaveToOutput(TOutputFile& File, const std::string& imageFN);
   /// Writes the .doc lines at the stream's position; the stream stays the caller's. Raises
   /// EImageHeaderError "Unknown Image Header DataType" or Exception "Unknown File Type" for a
   /// DataType or FileType outside its enumeration, EMathError when Width is 0 (the resolution

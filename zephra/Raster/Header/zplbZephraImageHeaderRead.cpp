@@ -8,7 +8,7 @@
 
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpPlatform.h>
-#include <zephra/Common/zpTextReader.h>
+#include <zephra/Common/private/zpTextReader.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {

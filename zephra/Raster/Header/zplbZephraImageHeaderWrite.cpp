@@ -7,8 +7,9 @@
 #include <string_view>
 
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpOutputFile.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Raster/Header/private/zplbZephraImageHeaderSave.h>
+#include <zephra/Common/private/zpTextWriter.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
 
 namespace zephra {
@@ -217,9 +218,9 @@ void TImageHeader::SaveToFile(const std::string& FileName) {
   file.Commit();
 }
 
-void TImageHeader::SaveToOutput(TOutputFile& File, const std::string& imageFN) {
-  this->FileName = DocFieldName(imageFN);
-  SaveToStream(File.Stream());
+void SaveHeaderTo(TImageHeader& Header, TOutputFile& File, const std::string& imageFN) {
+  Header.FileName = DocFieldName(imageFN);
+  Header.SaveToStream(File.Stream());
 }
 
 void TImageHeader::SaveAs(const std::string& imageFN) {

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
+#include <zephra/Common/zpExport.h>
+
 namespace zephra {
 
-struct TSmoothingIndex {
+struct ZEPHRA_API TSmoothingIndex {
   TSmoothingIndex(int32_t aCol, int32_t aRow, float aValue) : Col(aCol), Row(aRow), Value(aValue) {}
 
   // Zero-based column after the east-west wrap.
@@ -19,7 +21,7 @@ struct TSmoothingIndex {
   float Value;
 };
 
-class TSmoothingIndexList : public std::vector<TSmoothingIndex> {
+class ZEPHRA_API TSmoothingIndexList : public std::vector<TSmoothingIndex> {
  public:
   using std::vector<TSmoothingIndex>::vector;
 

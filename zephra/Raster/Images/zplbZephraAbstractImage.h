@@ -33,10 +33,10 @@
 #include <string>
 #include <vector>
 
+#include <zephra/Common/zpExport.h>
 #include <zephra/Common/zpCommonTypes.h>
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 #include <zephra/Raster/Images/zplbZephraImageClass.h>
-#include <zephra/Raster/Images/zplbZephraRangeScan.h>
 
 namespace zephra {
 
@@ -45,7 +45,7 @@ class TKey;
 class TOutputFile;
 class TSmoothingIndexList;
 
-class TAbstractImage {
+class ZEPHRA_API TAbstractImage {
  public:
   virtual ~TAbstractImage();
   TAbstractImage(const TAbstractImage&) = delete;
@@ -178,24 +178,12 @@ class TAbstractImage {
   TRange FinishRangeScan(TRange range, bool found, bool silent);
   // GetRangeBetween straight over a buffer of known cell type, with what the cursor pass does:
   // the cursor ends at the end on failure, at 0 otherwise.
+  // Both are defined in the library (private/zplbZephraRangeScan.h).
   template <typename TCells>
-  TRange ScanBuffer(const TCells& cells, float minVal, float maxVal, bool silent) {
-    return ScanCells(
-        static_cast<size_t>(NumRecs), [&cells](size_t i) { return static_cast<float>(cells[i]); },
-        minVal, maxVal, silent);
-  }
+  TRange ScanBuffer(const TCells& cells, float minVal, float maxVal, bool silent);
   // The same over count values that read(i) gives in place of the buffer's cells.
   template <typename TRead>
-  TRange ScanCells(size_t count, TRead read, float minVal, float maxVal, bool silent) {
-    BufferPointer = 0;
-    TRange range{minVal, maxVal};
-    if (EndOfFile()) {
-      return range;
-    }
-    const bool found = ScanRange(count, read, minVal, maxVal, range);
-    BufferPointer = NumRecs;
-    return FinishRangeScan(range, found, silent);
-  }
+  TRange ScanCells(size_t count, TRead read, float minVal, float maxVal, bool silent);
   // GetRangeBetween on an image that nothing has changed since its file was read. A class that
   // knows which cells the reading left at zero need not touch them.
   virtual TRange FreshRangeBetween(float minVal, float maxVal, bool silent) {
@@ -283,10 +271,7 @@ class TAbstractImage {
 // Buffer as the new content of FileName, which takes it only when all of it was written. A disk
 // that fills up raises EImageFileError, other system failures EInOutError; either way FileName
 // stays as it was.
-void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t RecordCount,
-                    const void* Buffer);
-// The same records into a file that the caller commits, with the same errors.
-void WriteImageData(TOutputFile& File, int32_t RecordSize, int32_t RecordCount,
-                    const void* Buffer);
+ZEPHRA_API void WriteImageData(const std::string& FileName, int32_t RecordSize,
+                               int32_t RecordCount, const void* Buffer);
 
 }  // namespace zephra

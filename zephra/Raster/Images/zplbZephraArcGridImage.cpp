@@ -11,10 +11,10 @@
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpPlatform.h>
-#include <zephra/Common/zpTextReader.h>
+#include <zephra/Common/private/zpTextReader.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
-#include <zephra/Raster/Images/zplbZephraImageClassOf.h>
-#include <zephra/Raster/Images/zplbZephraTextCells.h>
+#include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
+#include <zephra/Raster/Images/private/zplbZephraTextCells.h>
 
 namespace zephra {
 

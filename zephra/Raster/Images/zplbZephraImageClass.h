@@ -6,12 +6,14 @@
 #include <memory>
 #include <string>
 
+#include <zephra/Common/zpExport.h>
+
 namespace zephra {
 
 class TAbstractImage;
 class TImageHeader;
 
-class TImageClass {
+class ZEPHRA_API TImageClass {
  public:
   virtual ~TImageClass() = default;
 

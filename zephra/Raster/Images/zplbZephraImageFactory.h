@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include <zephra/Common/zpExport.h>
 #include <zephra/Common/zpCommonTypes.h>
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>
 
@@ -12,7 +13,7 @@ namespace zephra {
 // Never instantiated: it only carries the two ways of opening a raster whose class the .doc
 // beside it decides. Both refresh the header's value range from the cells unless the path holds
 // "Hillshade" or the data file was written within the last five minutes.
-class TGenericImage : public TAbstractImage {
+class ZEPHRA_API TGenericImage : public TAbstractImage {
  public:
   TGenericImage() = delete;
 
@@ -23,7 +24,7 @@ class TGenericImage : public TAbstractImage {
                                                     float amaxx, float aminy, float amaxy);
 };
 
-class TImageFactory {
+class ZEPHRA_API TImageFactory {
  public:
   TImageFactory() = delete;
 

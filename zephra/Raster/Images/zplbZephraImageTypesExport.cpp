@@ -11,8 +11,8 @@
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextOutputFile.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextOutputFile.h>
 
 namespace zephra {
 

@@ -4,7 +4,7 @@
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Raster/Header/zplnKey.h>
-#include <zephra/Raster/Images/zplbZephraRangeScan.h>
+#include <zephra/Raster/Images/private/zplbZephraRangeScan.h>
 
 namespace zephra {
 

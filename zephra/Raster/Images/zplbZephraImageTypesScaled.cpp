@@ -7,8 +7,8 @@
 #include <cstdio>
 
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Raster/Images/zplbZephraImageFile.h>
-#include <zephra/Raster/Images/zplbZephraImageGrid.h>
+#include <zephra/Raster/Images/private/zplbZephraImageFile.h>
+#include <zephra/Raster/Images/private/zplbZephraImageGrid.h>
 
 namespace zephra {
 

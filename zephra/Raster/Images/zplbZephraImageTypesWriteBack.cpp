@@ -6,9 +6,11 @@
 #include <exception>
 
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Raster/Header/private/zplbZephraImageHeaderSave.h>
 #include <zephra/Common/zpPlatform.h>
-#include <zephra/Raster/Images/zplbZephraImageGrid.h>
+#include <zephra/Raster/Images/private/zplbZephraImageFile.h>
+#include <zephra/Raster/Images/private/zplbZephraImageGrid.h>
 
 namespace zephra {
 
@@ -44,7 +46,7 @@ void TAbstractImage::WriteBack() {
   TOutputFile data(FFileName);
   TOutputFile doc(docName);
   WriteDataFile(data);
-  FHeader->SaveToOutput(doc, docName);
+  SaveHeaderTo(*FHeader, doc, docName);
   CommitInOrder({&data, &doc});
 }
 

@@ -8,11 +8,12 @@
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Common/zpOutputFile.h>
-#include <zephra/Common/zpTextReader.h>
-#include <zephra/Common/zpTextWriter.h>
-#include <zephra/Raster/Images/zplbZephraImageClassOf.h>
-#include <zephra/Raster/Images/zplbZephraTextCells.h>
+#include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Common/private/zpTextReader.h>
+#include <zephra/Common/private/zpTextWriter.h>
+#include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
+#include <zephra/Raster/Images/private/zplbZephraRangeScan.h>
+#include <zephra/Raster/Images/private/zplbZephraTextCells.h>
 
 namespace zephra {
 
@@ -75,6 +76,10 @@ TAbstractImageClass TAsciiImage::ClassRef() {
 
 TAsciiImage::~TAsciiImage() {
   CloseOnDestruction();
+}
+
+TRange TAsciiImage::GetRangeBetween(float minVal, float maxVal, bool silent) {
+  return ScanBuffer(Buffer, minVal, maxVal, silent);
 }
 
 float TAsciiImage::BufferRead(int32_t index) const {

@@ -17,12 +17,13 @@
 #include <memory>
 #include <string>
 
+#include <zephra/Common/zpExport.h>
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>
 #include <zephra/Raster/Images/zplbZephraCellVector.h>
 
 namespace zephra {
 
-class TAsciiImage : public TAbstractImage {
+class ZEPHRA_API TAsciiImage : public TAbstractImage {
  public:
   static std::unique_ptr<TAsciiImage> Create(const std::string& inFileName,
                                              const TImageHeader* headerIn);
@@ -43,9 +44,7 @@ class TAsciiImage : public TAbstractImage {
   std::string GetImageTypeID() const override { return "ASCII"; }
   float BufferRead(int32_t index) const override;
   void BufferWrite(int32_t index, float val) override;
-  TRange GetRangeBetween(float minVal, float maxVal, bool silent) override {
-    return ScanBuffer(Buffer, minVal, maxVal, silent);
-  }
+  TRange GetRangeBetween(float minVal, float maxVal, bool silent) override;
 
   // NumRecs cells, zero-filled by the system (see TCellVector): cells that a short text does not
   // reach cost no memory until they are touched.
@@ -76,7 +75,7 @@ class TAsciiImage : public TAbstractImage {
   void ReadDataFile();
 };
 
-class TArcGridImage final : public TAsciiImage {
+class ZEPHRA_API TArcGridImage final : public TAsciiImage {
  public:
   static std::unique_ptr<TArcGridImage> Create(const std::string& inFileName,
                                                const TImageHeader* headerIn);

@@ -4,9 +4,11 @@
 #include <bit>
 
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpOutputFile.h>
-#include <zephra/Raster/Images/zplbZephraCellTraits.h>
-#include <zephra/Raster/Images/zplbZephraImageClassOf.h>
+#include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Raster/Images/private/zplbZephraCellTraits.h>
+#include <zephra/Raster/Images/private/zplbZephraImageFile.h>
+#include <zephra/Raster/Images/private/zplbZephraRangeScan.h>
+#include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
 
 namespace zephra {
 
@@ -84,6 +86,11 @@ template <typename TCell>
 float TTypedImage<TCell>::BufferRead(int32_t index) const {
   TAbstractImage::BufferRead(index);
   return CellToSingle(Buffer[static_cast<size_t>(index)]);
+}
+
+template <typename TCell>
+TRange TTypedImage<TCell>::GetRangeBetween(float minVal, float maxVal, bool silent) {
+  return ScanBuffer(Buffer, minVal, maxVal, silent);
 }
 
 // ReadCR, ReadCR0 and FileRead as the base class has them, with the cell read bound at compile

@@ -14,13 +14,14 @@
 #include <memory>
 #include <string>
 
+#include <zephra/Common/zpExport.h>
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>
 #include <zephra/Raster/Images/zplbZephraCellVector.h>
 
 namespace zephra {
 
 template <typename TCell>
-class TTypedImage final : public TAbstractImage {
+class ZEPHRA_API TTypedImage final : public TAbstractImage {
  public:
   using TCellArray = TCellVector<TCell>;
 
@@ -51,9 +52,7 @@ class TTypedImage final : public TAbstractImage {
   float ReadCR0(int32_t Col, int32_t Row) const override;
   float FileRead() override;
   void BufferWrite(int32_t index, float val) override;
-  TRange GetRangeBetween(float minVal, float maxVal, bool silent) override {
-    return ScanBuffer(Buffer, minVal, maxVal, silent);
-  }
+  TRange GetRangeBetween(float minVal, float maxVal, bool silent) override;
 
   TCellArray Buffer;
 

@@ -30,4 +30,10 @@ class TImageFile {
   std::string FFileName;
 };
 
+class TOutputFile;
+
+// The records of WriteImageData into a file that the caller commits, with the same errors.
+void WriteImageData(TOutputFile& File, int32_t RecordSize, int32_t RecordCount,
+                    const void* Buffer);
+
 }  // namespace zephra

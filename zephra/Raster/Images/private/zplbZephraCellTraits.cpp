@@ -1,4 +1,4 @@
-#include <zephra/Raster/Images/zplbZephraCellTraits.h>
+#include <zephra/Raster/Images/private/zplbZephraCellTraits.h>
 
 #include <cmath>
 #include <cstdio>

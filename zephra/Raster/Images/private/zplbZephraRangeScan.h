@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Raster/Images/zplbZephraAbstractImage.h>
 
 namespace zephra {
 
@@ -30,6 +31,26 @@ bool ScanRange(size_t count, TRead read, float minVal, float maxVal, TRange& ran
     }
   }
   return found;
+}
+
+template <typename TCells>
+TRange TAbstractImage::ScanBuffer(const TCells& cells, float minVal, float maxVal, bool silent) {
+  return ScanCells(
+      static_cast<size_t>(NumRecs), [&cells](size_t i) { return static_cast<float>(cells[i]); },
+      minVal, maxVal, silent);
+}
+
+template <typename TRead>
+TRange TAbstractImage::ScanCells(size_t count, TRead read, float minVal, float maxVal,
+                                 bool silent) {
+  BufferPointer = 0;
+  TRange range{minVal, maxVal};
+  if (EndOfFile()) {
+    return range;
+  }
+  const bool found = ScanRange(count, read, minVal, maxVal, range);
+  BufferPointer = NumRecs;
+  return FinishRangeScan(range, found, silent);
 }
 
 }  // namespace zephra

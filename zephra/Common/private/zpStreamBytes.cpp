@@ -1,4 +1,4 @@
-#include <zephra/Common/zpStreamBytes.h>
+#include <zephra/Common/private/zpStreamBytes.h>
 
 #include <iterator>
 

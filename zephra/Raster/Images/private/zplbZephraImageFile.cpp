@@ -1,4 +1,4 @@
-#include <zephra/Raster/Images/zplbZephraImageFile.h>
+#include <zephra/Raster/Images/private/zplbZephraImageFile.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>

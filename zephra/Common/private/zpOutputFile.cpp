@@ -1,4 +1,4 @@
-#include <zephra/Common/zpOutputFile.h>
+#include <zephra/Common/private/zpOutputFile.h>
 
 #include <fcntl.h>
 #include <sys/file.h>

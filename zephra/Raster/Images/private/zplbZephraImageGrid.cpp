@@ -1,4 +1,4 @@
-#include <zephra/Raster/Images/zplbZephraImageGrid.h>
+#include <zephra/Raster/Images/private/zplbZephraImageGrid.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/private/zpTextWriter.h>
 
 #include <zephra/Common/zpExceptions.h>
 

@@ -1,4 +1,4 @@
-#include <zephra/Raster/Images/zplbZephraTextCells.h>
+#include <zephra/Raster/Images/private/zplbZephraTextCells.h>
 
 #include <charconv>
 #include <cmath>

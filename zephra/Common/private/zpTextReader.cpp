@@ -1,11 +1,11 @@
-#include <zephra/Common/zpTextReader.h>
+#include <zephra/Common/private/zpTextReader.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpStreamBytes.h>
+#include <zephra/Common/private/zpStreamBytes.h>
 
 namespace zephra {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include <zephra/Common/zpOutputFile.h>
-#include <zephra/Common/zpTextWriter.h>
+#include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Common/private/zpTextWriter.h>
 
 namespace zephra {
 

@@ -89,6 +89,22 @@ TEST(GeoTiffExporter, GeoreferencesTheNorthWestCornerWithTheXCellSize) {
   EXPECT_NE(test::ListGeo(plane).find("ModelTypeProjected"), std::string::npos);
 }
 
+// libtiff's complaints, here about a full disk, reach the host's debug channel, never its stderr.
+TEST(GeoTiffExporter, SendsLibtiffMessagesToTheDebugChannelNotToStderr) {
+  if (!std::filesystem::exists("/dev/full")) {
+    GTEST_SKIP() << "no /dev/full";
+  }
+  const auto image = MakeImage(40, 30, "latlon");
+  std::string debugText;
+  SetDebugOutput([&](const std::string& text) { debugText += text + '\n'; });
+  testing::internal::CaptureStderr();
+  EXPECT_NO_THROW(TGeoTiffExporter().ExportImage(image.get(), "/dev/full", {}));
+  const std::string printed = testing::internal::GetCapturedStderr();
+  SetDebugOutput(nullptr);
+  EXPECT_NE(debugText.find("GeoTIFF writer, libtiff error: "), std::string::npos) << debugText;
+  EXPECT_EQ(printed, "");
+}
+
 TEST(GeoTiffExporter, FailsWithTheLoaderMessageAndNoFileWhenTheComponentIsMissing) {
   const test::TTempDir dir;
   const auto image = MakeImage(2, 2, "");

@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <mutex>
 
+#include "gtwMessages.h"
+
 namespace tvgeotifflib {
 
 namespace {
@@ -67,13 +69,19 @@ TTiffPtr TOutputFile::OpenTiff(const char* mode) {
     return nullptr;
   }
   // libgeotiff installs its tag extender at its first open behind an unguarded flag; two
-  // threads' first exports racing there could chain the extender to itself.
+  // threads' first exports racing there could chain the extender to itself. So it is installed
+  // once here, and the TIFF is opened with libtiff's own call (all XTIFFClientOpen adds to it
+  // is that installation), which takes the options that keep its messages off stderr.
   static std::once_flag geoTagsInstalled;
   std::call_once(geoTagsInstalled, XTIFFInitialize);
+  const TTiffOptionsPtr options = MessageOptions();
+  if (!options) {
+    return nullptr;
+  }
   // libtiff hands the handle back to the procs; it points at the descriptor, which lives as
   // long as this object.
-  return TTiffPtr(XTIFFClientOpen(FFileName.c_str(), mode, &FFd, ReadProc, WriteProc, SeekProc,
-                                  CloseProc, SizeProc, MapProc, UnmapProc));
+  return TTiffPtr(TIFFClientOpenExt(FFileName.c_str(), mode, &FFd, ReadProc, WriteProc, SeekProc,
+                                    CloseProc, SizeProc, MapProc, UnmapProc, options.get()));
 }
 
 bool TOutputFile::Close() noexcept {

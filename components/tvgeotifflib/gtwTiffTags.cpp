@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "gtwLayout.h"
+#include "gtwMessages.h"
 
 namespace tvgeotifflib {
 
@@ -51,7 +52,7 @@ bool SetProjectedKeys(GTIF* gtif) {
 }
 
 bool WriteGeoKeys(TIFF* tif, bool latLong) {
-  const TGtifPtr gtif(GTIFNew(tif));
+  const TGtifPtr gtif(GTIFNewEx(tif, GeoTiffMessage, nullptr));
   if (!gtif) {
     return false;
   }

@@ -21,6 +21,10 @@
  * these results; the file is then simply what the writer could make of the calls. No function
  * lets an exception or a signal escape, and none writes to the caller's memory.
  *
+ * Nothing is printed. The warnings and errors of libtiff and libgeotiff go, as text, to
+ * `void zephra_debug_text(const char*)` where the process has that function (the zephra library
+ * exports it), and are dropped where it has not.
+ *
  * One handle is used by one thread at a time; distinct handles are independent.
  */
 

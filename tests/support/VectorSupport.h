@@ -12,8 +12,9 @@ namespace zephra::test {
 inline std::unique_ptr<TFeature> MakeFeature(float id, std::initializer_list<float> xy,
                                              int32_t holes = 0) {
   auto feature = std::make_unique<TFeature>(id);
-  for (const float* p = xy.begin(); p + 1 < xy.end(); p += 2) {
-    feature->AddPoint(p[0], p[1]);
+  // By index: an empty list may have no array at all, and a null pointer takes no offset.
+  for (size_t i = 0; i + 1 < xy.size(); i += 2) {
+    feature->AddPoint(xy.begin()[i], xy.begin()[i + 1]);
   }
   feature->NumOfHoles = holes;
   return feature;

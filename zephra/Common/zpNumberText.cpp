@@ -1,9 +1,10 @@
 #include <zephra/Common/zpNumberText.h>
 
+#include <langinfo.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -178,7 +179,10 @@ std::string ToString(Writer write) {
 }  // namespace
 
 TNumberFormat::TNumberFormat() {
-  const char* point = std::localeconv()->decimal_point;
+  // Not localeconv(): its result is a shared buffer that another thread's setlocale or
+  // localeconv may rewrite under us. nl_langinfo is thread-safe and answers for the locale of
+  // the calling thread, so a host thread under uselocale() gets its own separator.
+  const char* point = nl_langinfo(RADIXCHAR);
   // A locale with a multi-byte separator is not supported; its first byte stands for it.
   FSeparator = (point != nullptr && point[0] != '\0') ? point[0] : '.';
 }

@@ -96,3 +96,16 @@ void CheckOpenAllocation(const std::string& FileName, int64_t Bytes) {
 }
 
 }  // namespace zephra
+
+// Not declared noexcept, so that its type is exactly the plain void(const char*) its callers call
+// it through; nothing escapes it all the same, as they are C frames.
+extern "C" void zephra_debug_text(const char* text) {
+  if (text == nullptr) {
+    return;
+  }
+  try {
+    zephra::DebugOutput(text);
+  } catch (...) {
+    // No memory for the text: it is dropped, as a debug text may be.
+  }
+}

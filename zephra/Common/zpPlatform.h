@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include <zephra/Common/zpExport.h>
+
 namespace zephra {
 
 // Width in pixels of the primary screen; thinned opening fits rasters to it. Default 1920.
@@ -36,3 +38,8 @@ void SetOpenAllocationLimit(int64_t bytes);
 void CheckOpenAllocation(const std::string& FileName, int64_t Bytes);
 
 }  // namespace zephra
+
+// The debug channel under a plain C name, for code in the process that cannot link the library:
+// the GeoTIFF writer component looks it up at run time and sends libtiff's warnings and errors
+// here rather than to stderr. A null text is ignored.
+extern "C" ZEPHRA_API void zephra_debug_text(const char* text);

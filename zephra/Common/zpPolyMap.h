@@ -26,11 +26,17 @@ class TSHPPolygon {
   float BoundsMinY;
   float BoundsMaxY;
 
+  // The row a scan along one Y keeps for one polygon; see PointInPoly.
+  using TRowCache = TRingLocator::TRowCache;
+
   // Below 0 outside; 0 exactly on an edge or a vertex; 1 inside by the even-odd rule, for which a
-  // self-intersecting ring holds the points that an odd number of its edges enclose. Fast on
-  // repeated calls along one row (same P.Y); the row it keeps makes the polygon, and so its map,
-  // usable by one thread at a time.
+  // self-intersecting ring holds the points that an odd number of its edges enclose. The polygon
+  // keeps no state, so threads may share it, and its map, freely. A scan along rows (repeated
+  // calls with the same P.Y) is much faster with a cache of its own for each polygon.
   int8_t PointInPoly(const TFloatPoint& P) const { return FRing.Locate(P); }
+  int8_t PointInPoly(const TFloatPoint& P, TRowCache& cache) const {
+    return FRing.Locate(P, cache);
+  }
 
   // As read; the edge from the last vertex back to the first always closes the ring.
   const TFloatPointArray& Vertices() const { return FRing.Vertices(); }
@@ -39,7 +45,8 @@ class TSHPPolygon {
   TRingLocator FRing;
 };
 
-// The polygon parts of a shape file, read through shapelib. Each part of a Polygon, PolygonZ or
+// The polygon parts of a shape file, read through shapelib. Once read, a map is never changed by
+// the library, so threads may read one map at once. Each part of a Polygon, PolygonZ or
 // PolygonM record becomes one TSHPPolygon, in file order, with coordinates narrowed to 32-bit
 // floats; NULL records and records without vertices are skipped, Z and M values ignored.
 class TPolyMap {

@@ -157,24 +157,20 @@ void TRingLocator::MergeTouches(std::vector<TSpan>& touches) {
   touches.resize(kept);
 }
 
-const TRingLocator::TRow& TRingLocator::RowAt(float Y) const {
-  if (FRow.Valid && FRow.Y == Y) {
-    return FRow;
-  }
-  FRow.Valid = false;
-  FRow.Y = Y;
-  FRow.Crossings.clear();
-  FRow.Touches.clear();
-  FRow.ErrorBound = 0.0;
+void TRingLocator::FillRow(float Y, TRow& row) const {
+  row.Owner = nullptr;
+  row.Y = Y;
+  row.Crossings.clear();
+  row.Touches.clear();
+  row.ErrorBound = 0.0;
   const uint32_t band = BandOf(Y);
   for (uint32_t i = FBandStart[band]; i < FBandStart[band + 1]; ++i) {
-    AddEdgeToRow(FBandEdges[i], FRow);
+    AddEdgeToRow(FBandEdges[i], row);
   }
-  std::sort(FRow.Crossings.begin(), FRow.Crossings.end(),
+  std::sort(row.Crossings.begin(), row.Crossings.end(),
             [](const TCrossing& a, const TCrossing& b) { return a.X < b.X; });
-  MergeTouches(FRow.Touches);
-  FRow.Valid = true;
-  return FRow;
+  MergeTouches(row.Touches);
+  row.Owner = this;
 }
 
 bool TRingLocator::Touched(const std::vector<TSpan>& touches, float X) {
@@ -213,10 +209,19 @@ int8_t TRingLocator::LocateOnRow(const TRow& row, const TFloatPoint& P) const {
 }
 
 int8_t TRingLocator::Locate(const TFloatPoint& P) const {
+  TRowCache cache;
+  return Locate(P, cache);
+}
+
+int8_t TRingLocator::Locate(const TFloatPoint& P, TRowCache& cache) const {
   if (!(P.X >= FMinX && P.X <= FMaxX && P.Y >= FMinY && P.Y <= FMaxY)) {
     return -1;
   }
-  return LocateOnRow(RowAt(P.Y), P);
+  TRow& row = cache.FRow;
+  if (row.Owner != this || row.Y != P.Y) {
+    FillRow(P.Y, row);
+  }
+  return LocateOnRow(row, P);
 }
 
 }  // namespace zephra

@@ -1,8 +1,9 @@
 #pragma once
 // Where a point lies against one closed ring, fast enough to be asked for every cell of a raster.
-// The ring's edges are indexed by horizontal bands; the crossings of the row through the last
-// asked Y are kept sorted, so that a scan along a row answers each point by a binary search and
-// decides exactly only the few edges that pass within rounding distance of the point.
+// The ring's edges are indexed by horizontal bands; a scan along a row keeps the sorted crossings
+// of that row in a cache of its own, so that it answers each point by a binary search and decides
+// exactly only the few edges that pass within rounding distance of the point. The locator itself
+// never changes after construction, so any number of threads may ask it at once.
 
 #include <cstdint>
 #include <vector>
@@ -24,9 +25,15 @@ class TRingLocator {
   float MinY() const { return FMinY; }
   float MaxY() const { return FMaxY; }
 
+  class TRowCache;
+
   // 1 inside by the even-odd rule, 0 exactly on an edge or vertex, -1 outside (also for NaN).
-  // Keeps the crossings of the last row asked for: an object is used by one thread at a time.
+  // This form works out the row through P for this one call.
   int8_t Locate(const TFloatPoint& P) const;
+  // The same answer, reusing the row kept in cache while P.Y stays the same. The cache belongs
+  // to its caller, one per thread and ring; handed another ring it refills itself, as long as
+  // the ring it last served is still alive (it is known by its address).
+  int8_t Locate(const TFloatPoint& P, TRowCache& cache) const;
 
  private:
   struct TCrossing {
@@ -39,7 +46,7 @@ class TRingLocator {
   // The ring on one row Y: edges that cross it (lower end at or below Y, upper end above), and
   // the spans where the ring only touches it (horizontal edges, upper ends of edges).
   struct TRow {
-    bool Valid = false;
+    const TRingLocator* Owner = nullptr;  // null until filled
     float Y = 0.0f;
     std::vector<TCrossing> Crossings;  // sorted by X
     std::vector<TSpan> Touches;        // sorted, disjoint
@@ -50,7 +57,7 @@ class TRingLocator {
   uint64_t CountBandEntries(uint64_t limit) const;
   uint32_t BandOf(float y) const;
   void EdgeEnds(uint32_t edge, TFloatPoint& lower, TFloatPoint& upper) const;
-  const TRow& RowAt(float Y) const;
+  void FillRow(float Y, TRow& row) const;
   void AddEdgeToRow(uint32_t edge, TRow& row) const;
   static void MergeTouches(std::vector<TSpan>& touches);
   static bool Touched(const std::vector<TSpan>& touches, float X);
@@ -62,7 +69,13 @@ class TRingLocator {
   double FBandScale = 0.0;
   std::vector<uint32_t> FBandStart;  // edges of band b: FBandEdges[FBandStart[b] .. b+1)
   std::vector<uint32_t> FBandEdges;
-  mutable TRow FRow;
+};
+
+// The row a scan is on, for one ring. Cheap to make empty; it grows to the ring's widest row.
+class TRingLocator::TRowCache {
+ private:
+  friend class TRingLocator;
+  TRow FRow;
 };
 
 }  // namespace zephra

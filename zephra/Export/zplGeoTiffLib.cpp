@@ -1,6 +1,7 @@
 #include <zephra/Export/zplGeoTiffLib.h>
 
 #include <dlfcn.h>
+#include <tvgeotifflib.h>
 
 #include <filesystem>
 
@@ -9,20 +10,21 @@
 
 namespace zephra {
 
-// The component's four functions, as it exports them in plain C.
+// The component's four functions, called through the very types its header declares: a call
+// through a look-alike type (void* for gtw_handle) is undefined behaviour, whatever the ABI.
 struct TGeoTiffLib::TFunctions {
-  using TCreate = void* (*)(const char*, const char*);
-  using TInitData = int32_t (*)(void*, int32_t, int32_t, float, float, float, uint32_t);
-  using TWriteRow = int32_t (*)(void*, int32_t, const float*);
-  using TFree = int32_t (*)(void*);
-
-  TCreate Create;
-  TInitData InitData;
-  TWriteRow WriteRow;
-  TFree Free;
+  gtw_create_fn Create;
+  gtw_init_data_fn InitData;
+  gtw_write_row_fn WriteRow;
+  gtw_free_fn Free;
 };
 
 namespace {
+
+// THandle keeps the component's header out of ours; it is the component's handle, opaque.
+gtw_handle Native(TGeoTiffLib::THandle handle) {
+  return static_cast<gtw_handle>(handle);
+}
 
 constexpr const char* kLibraryName = "libtvgeotifflib.so";
 
@@ -77,10 +79,10 @@ TGeoTiffLib::TGeoTiffLib() {
   }
   try {
     FFunctions = std::make_unique<TFunctions>(
-        TFunctions{Resolve<TFunctions::TCreate>(FLibrary, "gtw_create"),
-                   Resolve<TFunctions::TInitData>(FLibrary, "gtw_init_data"),
-                   Resolve<TFunctions::TWriteRow>(FLibrary, "gtw_write_row"),
-                   Resolve<TFunctions::TFree>(FLibrary, "gtw_free")});
+        TFunctions{Resolve<gtw_create_fn>(FLibrary, "gtw_create"),
+                   Resolve<gtw_init_data_fn>(FLibrary, "gtw_init_data"),
+                   Resolve<gtw_write_row_fn>(FLibrary, "gtw_write_row"),
+                   Resolve<gtw_free_fn>(FLibrary, "gtw_free")});
   } catch (...) {
     dlclose(FLibrary);
     throw;
@@ -98,15 +100,15 @@ TGeoTiffLib::THandle TGeoTiffLib::Create(const char* fileName, const char* mode)
 // The component's results are not read: a failure inside it shows in the file it leaves.
 void TGeoTiffLib::InitData(THandle handle, int32_t width, int32_t height, float xOrigin,
                            float yOrigin, float cellSize, uint32_t latLong) const {
-  FFunctions->InitData(handle, width, height, xOrigin, yOrigin, cellSize, latLong);
+  FFunctions->InitData(Native(handle), width, height, xOrigin, yOrigin, cellSize, latLong);
 }
 
 void TGeoTiffLib::WriteRow(THandle handle, int32_t row, const float* cells) const {
-  FFunctions->WriteRow(handle, row, cells);
+  FFunctions->WriteRow(Native(handle), row, cells);
 }
 
 void TGeoTiffLib::Free(THandle handle) const {
-  FFunctions->Free(handle);
+  FFunctions->Free(Native(handle));
 }
 
 }  // namespace zephra

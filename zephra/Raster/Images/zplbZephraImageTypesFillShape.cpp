@@ -15,8 +15,12 @@ namespace {
 
 class TShapeFill {
  public:
-  TShapeFill(TAbstractImage& image, TPolyMap& map, const TSingleArray& values)
-      : FImage(image), FMap(map), FValues(values), FCount(map.GetShapeCount()) {}
+  TShapeFill(TAbstractImage& image, const TPolyMap& map, const TSingleArray& values)
+      : FImage(image),
+        FMap(map),
+        FValues(values),
+        FCount(map.GetShapeCount()),
+        FRows(static_cast<size_t>(FCount)) {}
 
   // Shapes whose box spans the row's Y, in map order. The search tests only these: every other
   // shape fails its box test on this row anyway, so the result is the same.
@@ -55,7 +59,7 @@ class TShapeFill {
   // the same feature also holds it, which is how a ring inside a ring becomes a hole.
   bool TryShape(int32_t index, const TFloatPoint& P, int32_t c, int32_t r) {
     const TSHPPolygon* shape = FMap.GetShape(index);
-    if (shape->PointInPoly(P) < 0) {
+    if (shape->PointInPoly(P, FRows[static_cast<size_t>(index)]) < 0) {
       return false;
     }
     if (shape->PartCount != 1 && (SiblingHolds(index, -1, P) || SiblingHolds(index, +1, P))) {
@@ -72,7 +76,7 @@ class TShapeFill {
       if (sibling->ShapeId != shapeId) {
         return false;
       }
-      if (sibling->PointInPoly(P) >= 0) {
+      if (sibling->PointInPoly(P, FRows[static_cast<size_t>(i)]) >= 0) {
         return true;
       }
     }
@@ -80,11 +84,14 @@ class TShapeFill {
   }
 
   TAbstractImage& FImage;
-  TPolyMap& FMap;
+  const TPolyMap& FMap;
   const TSingleArray& FValues;
   const int32_t FCount;
   int32_t FCurrent = 0;
   std::vector<int32_t> FRowShapes;
+  // Each shape's row, kept here rather than in the map, so that the map holds no state of a
+  // fill and one map could serve several fills at once.
+  std::vector<TSHPPolygon::TRowCache> FRows;
 };
 
 }  // namespace

@@ -21,7 +21,6 @@
 #include <zephra/Raster/Stream/zplbNonBufferedImageTypes.h>
 #include <zephra/Export/zplArcInfoGridASCIIExporter.h>
 #include <zephra/Export/zplGeoTiffExporter.h>
-#include <zephra/Export/zplGeoTiffLib.h>
 #include <zephra/Export/zplXYZAsciiExporter.h>
 #include <zephra/Export/zplZephraImageExporterIntf.h>
 #include <zephra/Export/zplZephraImageSaveCopyExporter.h>

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include <zephra/Common/zpCommonTypes.h>
-#include <zephra/Common/zpOrientation.h>
+#include <zephra/Common/private/zpOrientation.h>
 
 namespace zephra::test {
 

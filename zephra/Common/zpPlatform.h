@@ -11,31 +11,31 @@
 namespace zephra {
 
 // Width in pixels of the primary screen; thinned opening fits rasters to it. Default 1920.
-int32_t ScreenWidth();
-void SetScreenWidth(int32_t width);
+ZEPHRA_API int32_t ScreenWidth();
+ZEPHRA_API void SetScreenWidth(int32_t width);
 
 // The debug text channel. By default its text is dropped.
-void SetDebugOutput(std::function<void(const std::string&)> output);
-void DebugOutput(const std::string& text) noexcept;
+ZEPHRA_API void SetDebugOutput(std::function<void(const std::string&)> output);
+ZEPHRA_API void DebugOutput(const std::string& text) noexcept;
 
 // Where the GeoTIFF writer component is loaded from. Empty (the default) means: beside the
 // loaded zephra library, then on the loader's search path.
-void SetGeoTiffLibraryPath(const std::string& path);
-std::string GeoTiffLibraryPath();
+ZEPHRA_API void SetGeoTiffLibraryPath(const std::string& path);
+ZEPHRA_API std::string GeoTiffLibraryPath();
 
 // Whether a file that replaces another is flushed to the disk (fsync) before it takes the old
 // one's place, so that a crash of the machine cannot leave a renamed but empty file. Default
 // true; scratch work that can be redone may turn it off for speed.
-bool SyncWrites();
-void SetSyncWrites(bool sync);
+ZEPHRA_API bool SyncWrites();
+ZEPHRA_API void SetSyncWrites(bool sync);
 
 // The most bytes that one open may allocate for its cells (and a header for its legend), so that
 // a tiny damaged file claiming a huge raster is refused before memory is spent on it. 0, the
 // default, means the machine's physical memory.
-int64_t OpenAllocationLimit();
-void SetOpenAllocationLimit(int64_t bytes);
+ZEPHRA_API int64_t OpenAllocationLimit();
+ZEPHRA_API void SetOpenAllocationLimit(int64_t bytes);
 // Raises EImageFileError naming FileName when Bytes passes OpenAllocationLimit().
-void CheckOpenAllocation(const std::string& FileName, int64_t Bytes);
+ZEPHRA_API void CheckOpenAllocation(const std::string& FileName, int64_t Bytes);
 
 }  // namespace zephra
 

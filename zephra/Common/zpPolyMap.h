@@ -6,13 +6,14 @@
 #include <vector>
 
 #include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Common/zpExport.h>
 #include <zephra/Common/zpRingLocator.h>
 
 namespace zephra {
 
 // One ring of a polygon feature. The parts of a feature share its ShapeId and stand side by side
 // in the map; a hole is simply another part, and the shape fill turns it into a hole.
-class TSHPPolygon {
+class ZEPHRA_API TSHPPolygon {
  public:
   // Bounds come from the vertices; vertices must be finite (EArgumentException otherwise).
   TSHPPolygon(int32_t ShapeId, int32_t PartCount, TFloatPointArray Vertices);
@@ -49,7 +50,7 @@ class TSHPPolygon {
 // the library, so threads may read one map at once. Each part of a Polygon, PolygonZ or
 // PolygonM record becomes one TSHPPolygon, in file order, with coordinates narrowed to 32-bit
 // floats; NULL records and records without vertices are skipped, Z and M values ignored.
-class TPolyMap {
+class ZEPHRA_API TPolyMap {
  public:
   // ShpFile names the .shp file; its .shx index must stand beside it (as shapelib reads them,
   // the extension of the name may also be upper case, or left off). Failures name the file:

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include <zephra/Common/zpOrientation.h>
+#include <zephra/Common/private/zpOrientation.h>
 
 namespace zephra {
 

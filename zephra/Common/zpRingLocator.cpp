@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpOrientation.h>
+#include <zephra/Common/private/zpOrientation.h>
 
 namespace zephra {
 

@@ -9,10 +9,11 @@
 #include <vector>
 
 #include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Common/zpExport.h>
 
 namespace zephra {
 
-class TRingLocator {
+class ZEPHRA_API TRingLocator {
  public:
   // The edge from the last vertex back to the first always belongs to the ring, so a closing
   // repeat of the first vertex only adds an edge of length zero. Vertices must be finite.
@@ -72,7 +73,7 @@ class TRingLocator {
 };
 
 // The row a scan is on, for one ring. Cheap to make empty; it grows to the ring's widest row.
-class TRingLocator::TRowCache {
+class ZEPHRA_API TRingLocator::TRowCache {
  private:
   friend class TRingLocator;
   TRow FRow;

@@ -6,7 +6,7 @@
 
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Export/zplGeoTiffLib.h>
+#include <zephra/Export/private/zplGeoTiffLib.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {

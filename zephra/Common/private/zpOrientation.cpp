@@ -1,4 +1,4 @@
-#include <zephra/Common/zpOrientation.h>
+#include <zephra/Common/private/zpOrientation.h>
 
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include <zephra/Export/zplGeoTiffLib.h>
+#include <zephra/Export/private/zplGeoTiffLib.h>
 
 #include <dlfcn.h>
 #include <tvgeotifflib.h>

@@ -10,6 +10,7 @@ packages=(
   build-essential cmake pkg-config locales
   libgtest-dev libgmock-dev libbenchmark-dev
   libshp-dev libtiff-dev libtiff-tools libgeotiff-dev geotiff-bin libpng-dev
+  clang libclang-rt-14-dev doxygen
 )
 
 sudo=""

@@ -97,6 +97,12 @@ TEST(ImageAccess, WritesCheckTheirIndexAndKeepTheRunningRange) {
   EXPECT_THROW(image->FileRead(), EImageFileError);
   EXPECT_EQ(RaisedMessage<EImageFileError>([&] { image->FileWrite(1.0f); }), kWriteError);
   EXPECT_EQ(image->BufferPointer, 12);
+
+  // A host that raises the public record count past the buffer is refused, not let outside it.
+  image->NumRecs = 13;
+  EXPECT_THROW(image->ReadCR0(0, 3), EInvalidOpException);
+  EXPECT_THROW(image->WriteCR(1, 4, 1.0f), EInvalidOpException);
+  image->NumRecs = 12;
   image->ResetFile();
   image->FileWrite(7.0f);
   EXPECT_EQ(image->BufferPointer, 1);

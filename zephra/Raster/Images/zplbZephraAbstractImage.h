@@ -33,8 +33,8 @@
 #include <string>
 #include <vector>
 
-#include <zephra/Common/zpExport.h>
 #include <zephra/Common/zpCommonTypes.h>
+#include <zephra/Common/zpExport.h>
 #include <zephra/Raster/Header/zplbZephraImageHeader.h>
 #include <zephra/Raster/Images/zplbZephraImageClass.h>
 
@@ -215,6 +215,15 @@ class ZEPHRA_API TAbstractImage {
   // The destructor of every concrete class calls this first, while its overrides still stand.
   void CloseOnDestruction() noexcept;
 
+  // NumRecs is a public field that a host may change; the cells that really exist bound every
+  // access as well, so that such a change raises EInvalidOpException instead of reaching outside
+  // the buffer. A negative index is the record check's to report, in its own words.
+  static void CheckCellIndex(int64_t index, size_t cells) {
+    if (index >= 0 && static_cast<uint64_t>(index) >= cells) [[unlikely]] {
+      RaiseCellIndexError(index, cells);
+    }
+  }
+  [[noreturn]] static void RaiseCellIndexError(int64_t index, size_t cells);
   void CheckIndexAndRaiseOnError(int64_t index) const {
     if (index < 0 || index >= NumRecs) [[unlikely]] {
       RaiseReadIndexError(index);
@@ -271,7 +280,7 @@ class ZEPHRA_API TAbstractImage {
 // Buffer as the new content of FileName, which takes it only when all of it was written. A disk
 // that fills up raises EImageFileError, other system failures EInOutError; either way FileName
 // stays as it was.
-ZEPHRA_API void WriteImageData(const std::string& FileName, int32_t RecordSize,
-                               int32_t RecordCount, const void* Buffer);
+ZEPHRA_API void WriteImageData(const std::string& FileName, int32_t RecordSize, int32_t RecordCount,
+                               const void* Buffer);
 
 }  // namespace zephra

@@ -43,6 +43,12 @@ void TAbstractImage::RaiseReadIndexError(int64_t index) const {
   throw EImageFileError("Failed to read record from image (" + FFileName + ")" + range);
 }
 
+void TAbstractImage::RaiseCellIndexError(int64_t index, size_t cells) {
+  throw EInvalidOpException("Cell index " + std::to_string(index) + " lies outside the " +
+                            std::to_string(cells) +
+                            " cells of the image's buffer: NumRecs no longer matches it");
+}
+
 int32_t TAbstractImage::WriteIndex(double index) {
   if (!(std::fabs(index) <= std::numeric_limits<int32_t>::max())) {
     throw EImageFileError(kWriteIndexError);

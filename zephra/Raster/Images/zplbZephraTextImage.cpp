@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include <zephra/Common/zpExceptions.h>
-#include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/private/zpOutputFile.h>
 #include <zephra/Common/private/zpTextReader.h>
 #include <zephra/Common/private/zpTextWriter.h>
+#include <zephra/Common/zpExceptions.h>
+#include <zephra/Common/zpNumberText.h>
 #include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
 #include <zephra/Raster/Images/private/zplbZephraRangeScan.h>
 #include <zephra/Raster/Images/private/zplbZephraTextCells.h>
@@ -84,11 +84,13 @@ TRange TAsciiImage::GetRangeBetween(float minVal, float maxVal, bool silent) {
 
 float TAsciiImage::BufferRead(int32_t index) const {
   TAbstractImage::BufferRead(index);
+  CheckCellIndex(index, Buffer.size());
   return Buffer[static_cast<size_t>(index)];
 }
 
 void TAsciiImage::BufferWrite(int32_t index, float val) {
   TAbstractImage::BufferWrite(index, val);
+  CheckCellIndex(index, Buffer.size());
   Buffer[static_cast<size_t>(index)] = val;
 }
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <bit>
 
-#include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/private/zpOutputFile.h>
+#include <zephra/Common/zpExceptions.h>
 #include <zephra/Raster/Images/private/zplbZephraCellTraits.h>
+#include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
 #include <zephra/Raster/Images/private/zplbZephraImageFile.h>
 #include <zephra/Raster/Images/private/zplbZephraRangeScan.h>
-#include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
 
 namespace zephra {
 
@@ -85,6 +85,7 @@ std::string TTypedImage<TCell>::GetImageTypeID() const {
 template <typename TCell>
 float TTypedImage<TCell>::BufferRead(int32_t index) const {
   TAbstractImage::BufferRead(index);
+  CheckCellIndex(index, Buffer.size());
   return CellToSingle(Buffer[static_cast<size_t>(index)]);
 }
 
@@ -117,6 +118,7 @@ float TTypedImage<TCell>::FileRead() {
 template <typename TCell>
 void TTypedImage<TCell>::BufferWrite(int32_t index, float val) {
   TAbstractImage::BufferWrite(index, val);
+  CheckCellIndex(index, Buffer.size());
   Buffer[static_cast<size_t>(index)] = CellFromSingle<TCell>(val);
 }
 

@@ -1,5 +1,8 @@
 #pragma once
-// Where a point lies against one closed ring, fast enough to be asked for every cell of a raster.
+/// @file
+/// TRingLocator: where a point lies against one closed ring, fast enough to be asked for every
+/// cell of a raster.
+//
 // The ring's edges are indexed by horizontal bands; a scan along a row keeps the sorted crossings
 // of that row in a cache of its own, so that it answers each point by a binary search and decides
 // exactly only the few edges that pass within rounding distance of the point. The locator itself
@@ -13,27 +16,36 @@
 
 namespace zephra {
 
+/// One closed ring, indexed for fast point location. Never changes after construction, so any
+/// number of threads may ask it at once.
 class ZEPHRA_API TRingLocator {
  public:
-  // The edge from the last vertex back to the first always belongs to the ring, so a closing
-  // repeat of the first vertex only adds an edge of length zero. Vertices must be finite.
+  /// The edge from the last vertex back to the first always belongs to the ring, so a closing
+  /// repeat of the first vertex only adds an edge of length zero. Raises EArgumentException for
+  /// a vertex that is not finite, or more vertices than the index can hold.
   explicit TRingLocator(TFloatPointArray Vertices);
 
+  /// The vertices as given. Never raises.
   const TFloatPointArray& Vertices() const { return FVertices; }
   // The box of the vertices; an empty ring has +inf minima and -inf maxima, so no box holds it.
+  /// West edge of the vertices' box. Never raises.
   float MinX() const { return FMinX; }
+  /// East edge of the vertices' box. Never raises.
   float MaxX() const { return FMaxX; }
+  /// South edge of the vertices' box. Never raises.
   float MinY() const { return FMinY; }
+  /// North edge of the vertices' box. Never raises.
   float MaxY() const { return FMaxY; }
 
   class TRowCache;
 
-  // 1 inside by the even-odd rule, 0 exactly on an edge or vertex, -1 outside (also for NaN).
-  // This form works out the row through P for this one call.
+  /// 1 inside by the even-odd rule, 0 exactly on an edge or vertex, -1 outside (also for NaN).
+  /// This form works out the row through P for this one call. Never raises but std::bad_alloc.
   int8_t Locate(const TFloatPoint& P) const;
-  // The same answer, reusing the row kept in cache while P.Y stays the same. The cache belongs
-  // to its caller, one per thread and ring; handed another ring it refills itself, as long as
-  // the ring it last served is still alive (it is known by its address).
+  /// The same answer, reusing the row kept in cache while P.Y stays the same. The cache belongs
+  /// to its caller, one per thread and ring; handed another ring it refills itself, as long as
+  /// the ring it last served is still alive (it is known by its address). Never raises but
+  /// std::bad_alloc.
   int8_t Locate(const TFloatPoint& P, TRowCache& cache) const;
 
  private:
@@ -72,7 +84,7 @@ class ZEPHRA_API TRingLocator {
   std::vector<uint32_t> FBandEdges;
 };
 
-// The row a scan is on, for one ring. Cheap to make empty; it grows to the ring's widest row.
+/// The row a scan is on, for one ring. Cheap to make empty; it grows to the ring's widest row.
 class ZEPHRA_API TRingLocator::TRowCache {
  private:
   friend class TRingLocator;

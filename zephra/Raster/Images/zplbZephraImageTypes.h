@@ -1,8 +1,8 @@
 #pragma once
-// The buffered raster engine: TAbstractImage, the class references TImageClass and
-// TAbstractImageClass, the four binary raster classes TRealImage, TByteImage, TIntegerImage and
-// TInteger32Image, the text rasters TAsciiImage and TArcGridImage, TGenericImage and
-// TImageFactory, and WriteImageData.
+/// @file
+/// The buffered raster engine in one include: TAbstractImage, the class references TImageClass
+/// and TAbstractImageClass, the binary rasters TRealImage, TByteImage, TIntegerImage and
+/// TInteger32Image, the text rasters TAsciiImage and TArcGridImage, TGenericImage, TImageFactory.
 
 #include <zephra/Raster/Images/zplbSmoothing.h>
 #include <zephra/Raster/Images/zplbZephraAbstractImage.h>

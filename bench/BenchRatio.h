@@ -13,6 +13,17 @@
 
 namespace zephra::bench {
 
+// Registers a benchmark of whole runs as these programs measure them: real time in
+// milliseconds, repeated, reported by its aggregates (the median among them).
+template <typename TRun>
+benchmark::internal::Benchmark* AddRepeated(const char* name, TRun run, int repetitions) {
+  return benchmark::RegisterBenchmark(name, run)
+      ->Unit(benchmark::kMillisecond)
+      ->UseRealTime()
+      ->Repetitions(repetitions)
+      ->ReportAggregatesOnly(true);
+}
+
 class TRatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {

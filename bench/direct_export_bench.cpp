@@ -66,12 +66,7 @@ int main(int argc, char** argv) {
   for (const auto& [name, run] :
        {std::pair{"ExportARCGrid", &ExportARCGrid}, std::pair{"FwriteSameBytes", &FwriteGridBytes},
         std::pair{"ExportXYZGrid", &ExportXYZGrid}}) {
-    benchmark::RegisterBenchmark(name, run)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(1)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly(true);
+    AddRepeated(name, run, 5)->Iterations(1);
   }
   TRatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -48,14 +48,7 @@ int main(int argc, char** argv) {
   using namespace zephra;
   using namespace zephra::bench;
   benchmark::Initialize(&argc, argv);
-  const auto add = [](const char* name, auto run) {
-    benchmark::RegisterBenchmark(name, run)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(1)
-        ->Repetitions(3)
-        ->ReportAggregatesOnly(true);
-  };
+  const auto add = [](const char* name, auto run) { AddRepeated(name, run, 3)->Iterations(1); };
   // The order matters: each fwrite reference takes its size from the export before it.
   add("GridExporter", [](benchmark::State& s) { Export<TArcInfoGridASCIIExporter>(s, "g.asc"); });
   add("FwriteGridBytes", [](benchmark::State& s) {

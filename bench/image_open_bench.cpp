@@ -149,13 +149,7 @@ int main(int argc, char** argv) {
   using namespace zephra::bench;
   benchmark::Initialize(&argc, argv);
   const TBenchFiles files;
-  const auto add = [](const char* name, auto&& run) {
-    benchmark::RegisterBenchmark(name, run)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Repetitions(5)
-        ->ReportAggregatesOnly(true);
-  };
+  const auto add = [](const char* name, auto&& run) { AddRepeated(name, run, 5); };
   add("PlainReadFreshBuffer", [&](benchmark::State& s) { PlainRead(s, files.FloatImage, true); });
   add("PlainReadReusedBuffer", [&](benchmark::State& s) { PlainRead(s, files.FloatImage, false); });
   add("OpenWholeReal256MiB",

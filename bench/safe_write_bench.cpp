@@ -76,14 +76,7 @@ void InPlaceWrite(benchmark::State& state, bool sync) {
 int main(int argc, char** argv) {
   using namespace zephra::bench;
   benchmark::Initialize(&argc, argv);
-  const auto add = [](const char* name, auto run) {
-    benchmark::RegisterBenchmark(name, run)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(1)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly(true);
-  };
+  const auto add = [](const char* name, auto run) { AddRepeated(name, run, 5)->Iterations(1); };
   add("InPlaceWrite", [](benchmark::State& s) { InPlaceWrite(s, false); });
   add("SafeWriteBackNoSync", [](benchmark::State& s) { SafeWriteBack(s, false); });
   add("InPlaceWriteSync", [](benchmark::State& s) { InPlaceWrite(s, true); });

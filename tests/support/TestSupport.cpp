@@ -37,6 +37,10 @@ void WriteFileBytes(const std::string& fileName, const std::string& bytes) {
   }
 }
 
+std::string GoldenText(const std::string& name) {
+  return ReadFileBytes(std::string(ZEPHRA_TEST_DATA_DIR) + "/" + name);
+}
+
 TScopedNumericLocale::TScopedNumericLocale(const char* name) {
   FPrevious = std::setlocale(LC_NUMERIC, nullptr);
   FActive = std::setlocale(LC_NUMERIC, name) != nullptr;

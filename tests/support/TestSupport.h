@@ -1,6 +1,6 @@
 #pragma once
-// Helpers the test suites share: a scratch folder, whole-file reads and writes, and a scoped
-// switch of the numeric locale.
+// Helpers the test suites share: a scratch folder, whole-file reads and writes, the golden texts,
+// and a scoped switch of the numeric locale.
 
 #include <filesystem>
 #include <string>
@@ -24,6 +24,9 @@ class TTempDir {
 
 std::string ReadFileBytes(const std::string& fileName);
 void WriteFileBytes(const std::string& fileName, const std::string& bytes);
+
+// The bytes of a fixed text kept under tests/data/: an expected output or a crafted input.
+std::string GoldenText(const std::string& name);
 
 // Switches LC_NUMERIC for the scope; Active() is false when the locale is not installed.
 class TScopedNumericLocale {

@@ -61,4 +61,17 @@ void ExerciseImage(TAbstractImage& image) {
   Try([&] { TImageFactory::Copy(&image); });
 }
 
+void ExerciseOpened(TAbstractImage* image, const TOpenParams& params) {
+  if (image == nullptr) {
+    return;
+  }
+  ExerciseImage(*image);
+  if (params.Option(5)) {
+    const float* b = params.Bounds;
+    Try([&] { image->ReOpen(b[2], b[3], b[0], b[1]); });
+    ExerciseImage(*image);
+  }
+  image->Close();
+}
+
 }  // namespace zephra::fuzz

@@ -31,5 +31,8 @@ std::unique_ptr<TAbstractImage> OpenAs(TAbstractImageClass imageClass,
 // Cell, coordinate, rectangle, smoothing and range reads, a report and a copy; each may fail on
 // its own with the library's exceptions without keeping the others from running.
 void ExerciseImage(TAbstractImage& image);
+// The end of every raster harness: the image, if the open gave one, read; with option bit 5 a
+// second window asked of it by ReOpen and read again; then closed.
+void ExerciseOpened(TAbstractImage* image, const TOpenParams& params);
 
 }  // namespace zephra::fuzz

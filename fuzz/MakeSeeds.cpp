@@ -15,6 +15,7 @@
 #include <zephra/zephra.h>
 
 #include "FuzzRaster.h"
+#include "support/GeoTiffFiles.h"
 
 using namespace zephra;
 namespace fs = std::filesystem;
@@ -138,6 +139,66 @@ void GridSeeds() {
   Seed("arc_grid", "export", ReadBytes(grid));
 }
 
+// GeoTIFFs as the library exports them and as libtiff writes other layouts, each behind the
+// open parameters and the band of the geotiff harness.
+void GeoTiffSeeds() {
+  TImageHeader header = Grid(9, 6);
+  auto image = TRealImage::Create(fuzz::ScratchFile("export.img"), &header);
+  image->MemOnly = true;
+  for (int32_t i = 0; i < image->NumRecs; ++i) {
+    image->BufferWrite(i, i % 5 == 0 ? -9990.0f : 1.5f * static_cast<float>(i));
+  }
+  const std::string exported = fuzz::ScratchFile("export.tif");
+  TGeoTiffExporter().ExportImage(image.get(), exported, nullptr);
+  Seed("geotiff", "export", OpenParams(0, 0, 64) + Raw(uint8_t{1}) + ReadBytes(exported));
+
+  using test::TTiffSpec;
+  struct TSeed {
+    const char* Name;
+    TTiffSpec Tiff;
+    std::string Params;
+  };
+  const TSeed seeds[] = {
+      {"int16_lzw_tiled_planar",
+       {.Width = 20,
+        .Height = 18,
+        .Bands = 2,
+        .Bits = 16,
+        .Format = SAMPLEFORMAT_INT,
+        .Compression = COMPRESSION_LZW,
+        .Predictor = PREDICTOR_HORIZONTAL,
+        .Tile = 16,
+        .Planar = true},
+       OpenParams(fuzz::TOpenParams::hThinned, 32, 4)},
+      {"float_deflate_bigtiff_nodata",
+       {.Width = 12,
+        .Height = 7,
+        .Compression = COMPRESSION_ADOBE_DEFLATE,
+        .Predictor = PREDICTOR_FLOATINGPOINT,
+        .Mode = "w8",
+        .NoData = "-7"},
+       OpenParams(fuzz::TOpenParams::hResolution, 1, 64, 1.0f)},
+      {"byte_packbits_point_latlong_bigendian",
+       {.Width = 10,
+        .Height = 9,
+        .Bands = 3,
+        .Bits = 8,
+        .Format = SAMPLEFORMAT_UINT,
+        .Compression = COMPRESSION_PACKBITS,
+        .Mode = "wb",
+        .Georef = test::TGeoref::Matrix,
+        .PixelIsPoint = true,
+        .LatLong = true},
+       OpenParams(fuzz::TOpenParams::hWindow, 33, 64, 101, 104, 48, 49.5f)},
+  };
+  const std::string written = fuzz::ScratchFile("written.tif");
+  for (const TSeed& seed : seeds) {
+    test::WriteGeoTiff(written, seed.Tiff);
+    Seed("geotiff", seed.Name,
+         seed.Params + Raw(static_cast<uint8_t>(seed.Tiff.Bands)) + ReadBytes(written));
+  }
+}
+
 // The vertices come as x0, y0, x1, y1, ...
 std::unique_ptr<TFeature> Feature(float id, std::initializer_list<float> coordinates) {
   auto feature = std::make_unique<TFeature>(id);
@@ -232,6 +293,7 @@ int main(int argc, char** argv) {
   fuzz::Setup();
   RasterSeeds();
   GridSeeds();
+  GeoTiffSeeds();
   VectorSeeds();
   PaletteSeeds();
   ShapeSeeds();

@@ -16,6 +16,8 @@
 #include <zephra/Common/zpPolyUtils.h>
 #include <zephra/Vector/zpVectorFile.h>
 #include <zephra/Vector/zpVectorFileHeader.h>
+#include <zephra/Raster/Images/zplbRasterOpen.h>
+#include <zephra/Raster/Images/zplbZephraGeoTiffImage.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 #include <zephra/Raster/Images/zplbSmoothing.h>
 #include <zephra/Raster/Stream/zplbNonBufferedImageTypes.h>

@@ -46,15 +46,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   std::unique_ptr<TAbstractImage> image;
   fuzz::Try([&] { image = Open(params.Option(4) ? doc : img, params); });
-  if (!image) {
-    return 0;
-  }
-  fuzz::ExerciseImage(*image);
-  if (params.Option(5)) {
-    const float* b = params.Bounds;
-    fuzz::Try([&] { image->ReOpen(b[2], b[3], b[0], b[1]); });
-    fuzz::ExerciseImage(*image);
-  }
-  image->Close();
+  fuzz::ExerciseOpened(image.get(), params);
   return 0;
 }

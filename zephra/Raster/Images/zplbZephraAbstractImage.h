@@ -271,6 +271,10 @@ class ZEPHRA_API TAbstractImage {
   /// The file's own header of an image, for the generic open's range refresh. Never raises.
   static TImageHeader* FileHeaderOf(TAbstractImage& image) { return image.FHeader.get(); }
 
+  /// The file's own header, which every Open form reads first (FileName() is set). The binary
+  /// and text rasters read the .doc beside the data file; a class whose file carries its own
+  /// header overrides this. Raises the failures of TImageHeader::Open().
+  virtual std::unique_ptr<TImageHeader> ReadFileHeader() const;
   /// Copies one file row from the row buffer into the buffer at cursor and moves cursor on.
   /// Raises EInvalidOpException when the row would pass the end of either buffer.
   virtual void LoadBufferValues(int32_t& cursor, int32_t startCol) = 0;

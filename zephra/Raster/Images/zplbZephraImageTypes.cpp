@@ -90,7 +90,7 @@ void TAbstractImage::OpenImage(const std::string& inFileName, float aminx, float
 void TAbstractImage::Initialise(bool aScaleBuff) {
   FScaleImage = 1;
   FFileName = DataFileName(FFileName);
-  FHeader = TImageHeader::Open(FFileName);
+  FHeader = ReadFileHeader();
   FZoomHeader = std::make_unique<TImageHeader>();
   FHeader->Copy(FZoomHeader.get());
   if (aScaleBuff) {
@@ -107,6 +107,10 @@ void TAbstractImage::Initialise(bool aScaleBuff) {
     throw EImageFileError("Program atempted to open an image file which doesn't exist (" +
                           FFileName + ")");
   }
+}
+
+std::unique_ptr<TImageHeader> TAbstractImage::ReadFileHeader() const {
+  return TImageHeader::Open(FFileName);
 }
 
 void TAbstractImage::CheckLoadAllocation(int64_t cells) const {

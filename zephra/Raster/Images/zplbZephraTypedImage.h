@@ -21,9 +21,10 @@ namespace zephra {
 /// A binary raster of TCell cells. The instances differ only in the cell (32-bit float, 8-bit
 /// unsigned, 16-bit signed, 32-bit signed), its data type word, and the value of a new cell
 /// (-9990.0 for real images, 0 for the others). To every caller a cell is a Single: integer cells
-/// store the written value rounded half to even, keeping its low bits.
+/// store the written value rounded half to even, keeping its low bits. TGeoTiffImage derives
+/// from it, for cells that come from a GeoTIFF instead of a data file.
 template <typename TCell>
-class ZEPHRA_API TTypedImage final : public TAbstractImage {
+class ZEPHRA_API TTypedImage : public TAbstractImage {
  public:
   /// The cell array type of Buffer and RowBuffer.
   using TCellArray = TCellVector<TCell>;

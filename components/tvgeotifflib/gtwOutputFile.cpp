@@ -5,9 +5,11 @@
 #include <unistd.h>
 #include <xtiffio.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <mutex>
+#include <string>
 
 #include "gtwMessages.h"
 
@@ -46,22 +48,48 @@ void TTiffCloser::operator()(TIFF* tif) const noexcept {
 }
 
 std::unique_ptr<TOutputFile> TOutputFile::Create(const std::string& fileName) {
-  const int fd = ::open(fileName.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  struct stat target {};
+  const bool exists = ::stat(fileName.c_str(), &target) == 0;
+  if (exists && !S_ISREG(target.st_mode)) {
+    const int fd = ::open(fileName.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+    return fd < 0 ? nullptr : Adopt(fileName, fileName, fd);
+  }
+  // The target must be writable as itself, not only through its folder; the new file keeps its
+  // permissions.
+  if (exists && ::access(fileName.c_str(), W_OK) != 0) {
+    return nullptr;
+  }
+  static std::atomic<unsigned> counter{0};
+  const std::string temporary =
+      fileName + "." + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".gtwtmp";
+  const mode_t mode = exists ? (target.st_mode & 07777) : 0666;
+  const int fd = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   if (fd < 0) {
     return nullptr;
   }
-  struct stat info {};
-  const bool regular = ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+  if (exists) {
+    ::fchmod(fd, mode);  // past the umask, as the target had it
+  }
+  return Adopt(fileName, temporary, fd);
+}
+
+std::unique_ptr<TOutputFile> TOutputFile::Adopt(const std::string& target,
+                                                const std::string& fileName, int fd) {
   try {
-    return std::make_unique<TOutputFile>(TKey{}, fileName, fd, regular);
+    return std::make_unique<TOutputFile>(TKey{}, target, fileName, fd);
   } catch (...) {
     ::close(fd);
+    if (fileName != target) {
+      ::unlink(fileName.c_str());
+    }
     throw;
   }
 }
 
 TOutputFile::~TOutputFile() {
-  Close();
+  if (!FCommitted) {
+    Remove();
+  }
 }
 
 TTiffPtr TOutputFile::OpenTiff(const char* mode) {
@@ -95,10 +123,17 @@ bool TOutputFile::Close() noexcept {
   return ::close(fd) == 0;
 }
 
+bool TOutputFile::Commit() noexcept {
+  FCommitted = InPlace() ? Close()
+                         : FFd >= 0 && ::fsync(FFd) == 0 && Close() &&
+                               ::rename(FFileName.c_str(), FTarget.c_str()) == 0;
+  return FCommitted;
+}
+
 void TOutputFile::Remove() noexcept {
   Close();
-  if (FRegular) {
-    std::remove(FFileName.c_str());
+  if (!InPlace()) {
+    ::unlink(FFileName.c_str());
   }
 }
 

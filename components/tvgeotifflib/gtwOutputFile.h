@@ -2,6 +2,10 @@
 // The output file under libtiff. libtiff's own file procs ignore the result of closing the file,
 // where a full disk or a lost network share may only show; so the file is opened here, libtiff
 // writes through procs that share its descriptor, and the close is ours to check.
+//
+// A regular file is written as a temporary "<target>.<pid>-<n>.gtwtmp" beside the target and
+// renamed over it only when it is complete and on disk, so that a failed or interrupted write
+// leaves an existing file as it was. A device or a pipe named as the output is written in place.
 
 #include <tiffio.h>
 
@@ -23,11 +27,12 @@ class TOutputFile {
 
  public:
   // Only Create makes one; the key keeps the constructor usable by std::make_unique alone.
-  TOutputFile(TKey, std::string fileName, int fd, bool regular)
-      : FFileName(std::move(fileName)), FFd(fd), FRegular(regular) {}
+  TOutputFile(TKey, std::string target, std::string fileName, int fd)
+      : FTarget(std::move(target)), FFileName(std::move(fileName)), FFd(fd) {}
 
-  // Creates or truncates the file; null when it can't be created.
+  // Creates the temporary (or opens the device); null when the target can't be written.
   static std::unique_ptr<TOutputFile> Create(const std::string& fileName);
+  // Removes the temporary unless the file was committed.
   ~TOutputFile();
   TOutputFile(const TOutputFile&) = delete;
   TOutputFile& operator=(const TOutputFile&) = delete;
@@ -36,10 +41,11 @@ class TOutputFile {
   // closed before this object goes.
   TTiffPtr OpenTiff(const char* mode);
 
-  // Closes the descriptor; false if the system reports a failure.
-  bool Close() noexcept;
-  // Closes the descriptor if still open, and removes the file if it is a regular one: a device
-  // or a pipe named as the output is never unlinked.
+  // Puts the finished file in the target's place: flushed to disk, closed, renamed. False if
+  // any step fails; the temporary is then still there for Remove().
+  bool Commit() noexcept;
+  // Closes the descriptor if still open and removes the temporary; a device or a pipe named as
+  // the output is never unlinked.
   void Remove() noexcept;
 
  private:
@@ -51,9 +57,15 @@ class TOutputFile {
   static int MapProc(thandle_t handle, void** base, toff_t* size);
   static void UnmapProc(thandle_t handle, void* base, toff_t size);
 
-  const std::string FFileName;
+  static std::unique_ptr<TOutputFile> Adopt(const std::string& target, const std::string& fileName,
+                                            int fd);
+  bool Close() noexcept;
+  bool InPlace() const { return FFileName == FTarget; }
+
+  const std::string FTarget;
+  const std::string FFileName;  // the temporary, or the target when written in place
   int FFd;
-  const bool FRegular;
+  bool FCommitted = false;
 };
 
 }  // namespace tvgeotifflib

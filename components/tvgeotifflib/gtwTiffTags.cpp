@@ -63,8 +63,7 @@ bool WriteGeoKeys(TIFF* tif, bool latLong) {
 
 }  // namespace
 
-bool WriteImageTags(TIFF* tif, const TRasterGeometry& geometry) {
-  const uint32_t rowsPerStrip = RowsPerStrip(geometry.Width, geometry.Height);
+bool WriteSampleTags(TIFF* tif, const TRasterGeometry& geometry, uint32_t rowsPerStrip) {
   return TIFFSetField(tif, TIFFTAG_IMAGEWIDTH, geometry.Width) == 1 &&
          TIFFSetField(tif, TIFFTAG_IMAGELENGTH, geometry.Height) == 1 &&
          TIFFSetField(tif, TIFFTAG_SAMPLESPERPIXEL, uint16_t{1}) == 1 &&
@@ -74,7 +73,11 @@ bool WriteImageTags(TIFF* tif, const TRasterGeometry& geometry) {
          TIFFSetField(tif, TIFFTAG_PLANARCONFIG, uint16_t{PLANARCONFIG_CONTIG}) == 1 &&
          TIFFSetField(tif, TIFFTAG_ROWSPERSTRIP, rowsPerStrip) == 1 &&
          TIFFSetField(tif, TIFFTAG_COMPRESSION, uint16_t{COMPRESSION_ADOBE_DEFLATE}) == 1 &&
-         TIFFSetField(tif, TIFFTAG_PREDICTOR, uint16_t{PREDICTOR_FLOATINGPOINT}) == 1 &&
+         TIFFSetField(tif, TIFFTAG_PREDICTOR, uint16_t{PREDICTOR_FLOATINGPOINT}) == 1;
+}
+
+bool WriteImageTags(TIFF* tif, const TRasterGeometry& geometry) {
+  return WriteSampleTags(tif, geometry, RowsPerStrip(geometry.Width, geometry.Height)) &&
          RegisterNoDataTag(tif) && TIFFSetField(tif, kTagNoData, kNoDataText) == 1;
 }
 

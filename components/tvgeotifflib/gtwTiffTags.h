@@ -4,6 +4,8 @@
 
 #include <tiffio.h>
 
+#include <cstdint>
+
 #include "gtwGeometry.h"
 
 namespace tvgeotifflib {
@@ -12,8 +14,10 @@ namespace tvgeotifflib {
 inline constexpr ttag_t kTagNoData = 42113;
 inline constexpr const char* kNoDataText = "nan";
 
-// One band of 32-bit floats in strips, DEFLATE with the floating-point predictor, and the
-// no-data tag.
+// One band of 32-bit floats in strips of rowsPerStrip rows, DEFLATE with the floating-point
+// predictor: all that decides the bytes of a strip.
+bool WriteSampleTags(TIFF* tif, const TRasterGeometry& geometry, uint32_t rowsPerStrip);
+// The sample tags with the file's strip height, and the no-data tag.
 bool WriteImageTags(TIFF* tif, const TRasterGeometry& geometry);
 
 // Tie point, pixel scale and GeoKeys: pixel-is-area, geographic WGS 84 for a lat/long raster

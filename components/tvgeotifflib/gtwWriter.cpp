@@ -48,7 +48,7 @@ bool TGeoTiffWriter::InitData(int32_t width, int32_t height, float originX, floa
                .OriginY = WidenAsWritten(originY),
                .CellSize = WidenAsWritten(cellSize),
                .LatLong = latLong != 0};
-  FRow.resize(FGeometry.Width);
+  FRowsPerStrip = RowsPerStrip(FGeometry.Width, FGeometry.Height);
   if (!OpenImage()) {
     FBroken = true;
     return false;
@@ -59,8 +59,11 @@ bool TGeoTiffWriter::InitData(int32_t width, int32_t height, float originX, floa
 bool TGeoTiffWriter::OpenImage() {
   const bool bigTiff = FForceBigTiff || NeedsBigTiff(FGeometry.Width, FGeometry.Height);
   FTiff = FFile->OpenTiff(bigTiff ? "w8" : "w");
-  return FTiff && WriteImageTags(FTiff.get(), FGeometry) &&
-         WriteGeoreference(FTiff.get(), FGeometry);
+  if (!FTiff) {
+    return false;
+  }
+  FQueue = std::make_unique<TStripQueue>(FTiff.get(), FGeometry, StripThreads());
+  return WriteImageTags(FTiff.get(), FGeometry) && WriteGeoreference(FTiff.get(), FGeometry);
 }
 
 bool TGeoTiffWriter::WriteRow(int32_t row, const float* cells) {
@@ -71,34 +74,47 @@ bool TGeoTiffWriter::WriteRow(int32_t row, const float* cells) {
   if (!PadTo(static_cast<uint32_t>(row))) {
     return false;
   }
-  std::copy_n(cells, FRow.size(), FRow.begin());
-  return WriteBufferedRow();
+  return WriteBufferedRow(cells);
 }
 
 bool TGeoTiffWriter::PadTo(uint32_t row) {
   while (FNextRow < row) {
-    std::fill(FRow.begin(), FRow.end(), std::numeric_limits<float>::quiet_NaN());
-    if (!WriteBufferedRow()) {
+    if (!WriteBufferedRow(nullptr)) {
       return false;
     }
   }
   return true;
 }
 
-bool TGeoTiffWriter::WriteBufferedRow() {
-  if (TIFFWriteScanline(FTiff.get(), FRow.data(), FNextRow, 0) != 1) {
+// A null row is a row of no-data.
+bool TGeoTiffWriter::WriteBufferedRow(const float* cells) {
+  if (FNextRow % FRowsPerStrip == 0) {
+    FStrip = FQueue->Next();
+  }
+  if (FStrip == nullptr) {
     FBroken = true;
     return false;
   }
+  if (cells != nullptr) {
+    FStrip->insert(FStrip->end(), cells, cells + FGeometry.Width);
+  } else {
+    FStrip->insert(FStrip->end(), FGeometry.Width, std::numeric_limits<float>::quiet_NaN());
+  }
   ++FNextRow;
+  const bool stripFull = FNextRow % FRowsPerStrip == 0 || FNextRow == FGeometry.Height;
+  if (stripFull && !FQueue->Submit()) {
+    FBroken = true;
+    return false;
+  }
   return true;
 }
 
 bool TGeoTiffWriter::Finish(std::unique_ptr<TGeoTiffWriter> writer) {
   bool finished = writer->Ready() && writer->PadTo(writer->FGeometry.Height) &&
-                  TIFFWriteDirectory(writer->FTiff.get()) == 1;
+                  writer->FQueue->Drain() && TIFFWriteDirectory(writer->FTiff.get()) == 1;
+  writer->FQueue.reset();
   writer->FTiff.reset();
-  finished = writer->FFile->Close() && finished;
+  finished = finished && writer->FFile->Commit();
   if (!finished) {
     writer->FFile->Remove();
   }

@@ -1,5 +1,7 @@
 #pragma once
-// One GeoTIFF being written: the file, the TIFF on it, and how far the rows have come.
+// One GeoTIFF being written: the file, the TIFF on it, and how far the rows have come. Rows are
+// gathered into whole strips, because libtiff compresses a whole strip much faster than row by
+// row, and the strips are compressed on several threads (gtwStripQueue.h).
 
 #include <cstdint>
 #include <memory>
@@ -7,6 +9,7 @@
 
 #include "gtwGeometry.h"
 #include "gtwOutputFile.h"
+#include "gtwStripQueue.h"
 
 namespace tvgeotifflib {
 
@@ -36,7 +39,7 @@ class TGeoTiffWriter {
   bool Ready() const { return FTiff && !FBroken; }
   bool OpenImage();
   bool PadTo(uint32_t row);
-  bool WriteBufferedRow();
+  bool WriteBufferedRow(const float* cells);
 
   // Declared before the TIFF, so that the TIFF is closed first.
   const std::unique_ptr<TOutputFile> FFile;
@@ -45,8 +48,12 @@ class TGeoTiffWriter {
   bool FBroken = false;  // libtiff or the disk failed; the file can't be finished
   TRasterGeometry FGeometry;
   uint32_t FNextRow = 0;
-  // libtiff's predictor rewrites the row it is given, so the caller's cells are copied here.
-  std::vector<float> FRow;
+  uint32_t FRowsPerStrip = 0;
+  // Declared after the TIFF, so that strips still being compressed finish before it closes.
+  std::unique_ptr<TStripQueue> FQueue;
+  // The cells of the strip being filled, owned by the queue. The predictor rewrites cells in
+  // place, so they are a copy of the caller's.
+  std::vector<float>* FStrip = nullptr;
 };
 
 }  // namespace tvgeotifflib

@@ -43,9 +43,12 @@ extern "C" {
 typedef struct gtw_writer* gtw_handle;
 
 /*
- * Creates (or truncates) the file and returns its writer, or 0 when the file can't be created
- * or the mode is not understood. The mode is "w" (classic TIFF, or BigTIFF when the raster
- * needs it) or "w8" (always BigTIFF).
+ * Starts the file and returns its writer, or 0 when the file can't be written or the mode is
+ * not understood. The mode is "w" (classic TIFF, or BigTIFF when the raster needs it) or "w8"
+ * (always BigTIFF). A regular file is written under a temporary name beside it and takes its
+ * name only when gtw_free finishes it, so an existing file stays as it was until then, and for
+ * good if the writing fails. Strips are compressed on one thread per core, or on as many as the
+ * GTW_THREADS environment variable says (1 to 256); the file is the same either way.
  */
 GTW_API gtw_handle gtw_create(const char* file_name, const char* mode);
 

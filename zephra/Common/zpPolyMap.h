@@ -46,6 +46,8 @@ class ZEPHRA_API TSHPPolygon {
   /// As read; the edge from the last vertex back to the first always closes the ring. Never
   /// raises.
   const TFloatPointArray& Vertices() const { return FRing.Vertices(); }
+  /// The ring behind PointInPoly, for scans that ask for whole rows at once. Never raises.
+  const TRingLocator& Ring() const { return FRing; }
 
  private:
   TRingLocator FRing;

@@ -6,8 +6,9 @@
 #include <string>
 #include <utility>
 
-#include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/private/zpOrientation.h>
+#include <zephra/Common/private/zpRingWindow.h>
+#include <zephra/Common/zpExceptions.h>
 
 namespace zephra {
 
@@ -179,18 +180,14 @@ bool TRingLocator::Touched(const std::vector<TSpan>& touches, float X) {
   return after != touches.begin() && X <= std::prev(after)->Hi;
 }
 
-// Crossings rounded to below X minus the error bound lie exactly left of X, those rounded above
-// X plus the bound exactly right of it; the keys step one double outward, so that rounding in
-// X -/+ bound cannot narrow the window. Only the crossings inside the window need the exact
-// turn of the point against their edge.
+// Crossings outside the window around X lie exactly on their side of it; only those inside need
+// the exact turn of the point against their edge.
 int8_t TRingLocator::LocateOnRow(const TRow& row, const TFloatPoint& P) const {
   if (Touched(row.Touches, P.X)) {
     return 0;
   }
-  const double x = Widen(P.X);
-  const double inf = std::numeric_limits<double>::infinity();
-  const double lowKey = std::nextafter(x - row.ErrorBound, -inf);
-  const double highKey = std::nextafter(x + row.ErrorBound, inf);
+  const double lowKey = LowKey(P.X, row.ErrorBound);
+  const double highKey = HighKey(P.X, row.ErrorBound);
   const auto first = std::partition_point(row.Crossings.begin(), row.Crossings.end(),
                                           [lowKey](const TCrossing& c) { return c.X < lowKey; });
   const auto last = std::partition_point(first, row.Crossings.end(),
@@ -217,11 +214,15 @@ int8_t TRingLocator::Locate(const TFloatPoint& P, TRowCache& cache) const {
   if (!(P.X >= FMinX && P.X <= FMaxX && P.Y >= FMinY && P.Y <= FMaxY)) {
     return -1;
   }
+  return LocateOnRow(RowAt(P.Y, cache), P);
+}
+
+const TRingLocator::TRow& TRingLocator::RowAt(float Y, TRowCache& cache) const {
   TRow& row = cache.FRow;
-  if (row.Owner != this || row.Y != P.Y) {
-    FillRow(P.Y, row);
+  if (row.Owner != this || row.Y != Y) {
+    FillRow(Y, row);
   }
-  return LocateOnRow(row, P);
+  return row;
 }
 
 }  // namespace zephra

@@ -5,10 +5,14 @@
 //
 // The ring's edges are indexed by horizontal bands; a scan along a row keeps the sorted crossings
 // of that row in a cache of its own, so that it answers each point by a binary search and decides
-// exactly only the few edges that pass within rounding distance of the point. The locator itself
-// never changes after construction, so any number of threads may ask it at once.
+// exactly only the few edges that pass within rounding distance of the point. A scan that wants a
+// whole row at once gets the held points as runs between the crossings instead, with the exact
+// test kept for the points next to a crossing. The locator itself never changes after
+// construction, so any number of threads may ask it at once.
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include <zephra/Common/zpCommonTypes.h>
@@ -48,6 +52,18 @@ class ZEPHRA_API TRingLocator {
   /// std::bad_alloc.
   int8_t Locate(const TFloatPoint& P, TRowCache& cache) const;
 
+  /// Points Xs[First] .. Xs[Last - 1] of one row.
+  struct TRun {
+    std::size_t First;  ///< the index of the run's first point
+    std::size_t Last;   ///< one past the index of its last point
+  };
+  /// The points (Xs[i], Y) that Locate holds (answers 0 or 1), as ascending runs that neither
+  /// overlap nor touch, written over runs. Xs must ascend (equal neighbours are fine) and hold no
+  /// NaN; for other values the runs are unspecified but still lie within Xs. The cache is Locate's.
+  /// Never raises but std::bad_alloc.
+  void HeldRuns(float Y, std::span<const float> Xs, TRowCache& cache,
+                std::vector<TRun>& runs) const;
+
  private:
   struct TCrossing {
     double X;  // where the edge meets the row, rounded
@@ -75,6 +91,11 @@ class ZEPHRA_API TRingLocator {
   static void MergeTouches(std::vector<TSpan>& touches);
   static bool Touched(const std::vector<TSpan>& touches, float X);
   int8_t LocateOnRow(const TRow& row, const TFloatPoint& P) const;
+  const TRow& RowAt(float Y, TRowCache& cache) const;
+  void AddCrossingRuns(const TRow& row, std::span<const float> Xs, std::size_t first,
+                       std::size_t last, std::vector<TRun>& runs) const;
+  static void AddTouchRuns(const TRow& row, std::span<const float> Xs, std::size_t first,
+                           std::size_t last, std::vector<TRun>& runs);
 
   TFloatPointArray FVertices;
   float FMinX, FMaxX, FMinY, FMaxY;

@@ -5,9 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include <zephra/Common/private/zpTextOutputFile.h>
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Common/private/zpTextOutputFile.h>
+#include <zephra/Raster/Images/private/zplbZephraRowRead.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -40,15 +41,17 @@ void TArcInfoGridASCIIExporter::ExportImage(const TAbstractImage* Source,
   WriteHeaderLines(file, header, format);
 
   // One row's text is built in place: room for the widest number and its blank per cell.
-  std::vector<char> line(static_cast<size_t>(std::max(header.Width, 0)) *
-                         (TNumberFormat::MaxLength + 1));
+  const auto width = static_cast<size_t>(std::max(header.Width, 0));
+  std::vector<char> line(width * (TNumberFormat::MaxLength + 1));
+  std::vector<float> cells(width);
   for (int32_t r = 1; r <= header.Height; ++r) {
+    ReadRowSingles(*Source, r - 1, cells, [&](int32_t c) { return Source->ReadCR(c + 1, r); });
     char* out = line.data();
-    for (int32_t c = 1; c <= header.Width; ++c) {
-      if (c > 1) {
+    for (size_t c = 0; c < width; ++c) {
+      if (c > 0) {
         *out++ = ' ';
       }
-      const float value = Source->ReadCR(c, r);
+      const float value = cells[c];
       out = TSpatialConst::IsFlag(value) ? CopyText(out, "-9999") : format.Fixed(out, value, 4);
     }
     file.WriteLine(std::string_view(line.data(), static_cast<size_t>(out - line.data())));

@@ -7,6 +7,7 @@
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpSpatialConst.h>
 #include <zephra/Export/private/zplGeoTiffLib.h>
+#include <zephra/Raster/Images/private/zplbZephraRowRead.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -56,10 +57,10 @@ void TGeoTiffExporter::ExportImage(const TAbstractImage* Source, const std::stri
 
   std::vector<float> row(static_cast<size_t>(std::max(header.Width, 0)));
   for (int32_t r = 0; r < header.Height; ++r) {
-    for (int32_t c = 0; c < header.Width; ++c) {
-      const float value = Source->ReadCR0(c, r);
-      // A fixed threshold: -9990.0 itself is no-data, -9989.5 is not; NaN fails the test too.
-      row[static_cast<size_t>(c)] = value > TSpatialConst::MissingValue ? value : kNoDataCell;
+    ReadRowSingles(*Source, r, row, [&](int32_t c) { return Source->ReadCR0(c, r); });
+    // A fixed threshold: -9990.0 itself is no-data, -9989.5 is not; NaN fails the test too.
+    for (float& value : row) {
+      value = value > TSpatialConst::MissingValue ? value : kNoDataCell;
     }
     lib.WriteRow(writer.Get(), r, row.data());
   }

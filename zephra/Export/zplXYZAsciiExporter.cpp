@@ -5,8 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/private/zpTextOutputFile.h>
+#include <zephra/Common/zpNumberText.h>
+#include <zephra/Raster/Images/private/zplbZephraRowRead.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -17,6 +18,31 @@ float RowY(const TImageHeader& header, int32_t r) {
   const double step = static_cast<double>(r) * header.ResolutionY;
   return static_cast<float>(header.IsLatLon() ? header.Maxy - step : header.Miny + step);
 }
+
+// The x texts of the columns: every row repeats them, so each is formatted once.
+class TColumnTexts {
+ public:
+  TColumnTexts(const TImageHeader& header, const TNumberFormat& format) {
+    const auto width = static_cast<size_t>(std::max(header.Width, 0));
+    FBytes.resize(width * TNumberFormat::MaxLength);
+    FEnds.reserve(width);
+    char* out = FBytes.data();
+    for (size_t c = 0; c < width; ++c) {
+      const auto x = static_cast<float>(header.Minx + static_cast<double>(c) * header.ResolutionX);
+      out = format.Fixed(out, x, 4);
+      FEnds.push_back(static_cast<size_t>(out - FBytes.data()));
+    }
+  }
+
+  std::string_view operator[](size_t c) const {
+    const size_t begin = c == 0 ? 0 : FEnds[c - 1];
+    return {FBytes.data() + begin, FEnds[c] - begin};
+  }
+
+ private:
+  std::vector<char> FBytes;
+  std::vector<size_t> FEnds;
+};
 
 }  // namespace
 
@@ -29,18 +55,22 @@ void TXYZAsciiExporter::ExportImage(const TAbstractImage* Source, const std::str
 
   // One row's lines are built in place: three numbers, two blanks and CR LF per cell.
   const size_t lineRoom = 3 * TNumberFormat::MaxLength + 4;
-  std::vector<char> rows(static_cast<size_t>(std::max(header.Width, 0)) * lineRoom);
+  const auto width = static_cast<size_t>(std::max(header.Width, 0));
+  std::vector<char> rows(width * lineRoom);
+  std::vector<float> cells(width);
+  const TColumnTexts xTexts(header, format);
   for (int32_t r = 0; r < header.Height; ++r) {
     char yText[TNumberFormat::MaxLength];
     const std::string_view y(yText, format.Fixed(yText, RowY(header, r), 4) - yText);
+    ReadRowSingles(*Source, r, cells, [&](int32_t c) { return Source->ReadCR(c + 1, r + 1); });
     char* out = rows.data();
-    for (int32_t c = 0; c < header.Width; ++c) {
-      const auto x = static_cast<float>(header.Minx + static_cast<double>(c) * header.ResolutionX);
-      out = format.Fixed(out, x, 4);
+    for (size_t c = 0; c < width; ++c) {
+      const std::string_view x = xTexts[c];
+      out = std::copy(x.begin(), x.end(), out);
       *out++ = ' ';
       out = std::copy(y.begin(), y.end(), out);
       *out++ = ' ';
-      out = format.Fixed(out, Source->ReadCR(c + 1, r + 1), 4);
+      out = format.Fixed(out, cells[c], 4);
       *out++ = '\r';
       *out++ = '\n';
     }

@@ -1,11 +1,14 @@
 #include <zephra/Common/private/zpTextReader.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
+#include <new>
 
-#include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/private/zpStreamBytes.h>
+#include <zephra/Common/zpExceptions.h>
 
 namespace zephra {
 
@@ -94,11 +97,39 @@ size_t ValidSequenceLength(std::string_view s) {
   return (overlong || surrogate || cp > 0x10FFFF) ? 0 : length;
 }
 
-std::string SanitiseUtf8(std::string bytes) {
-  size_t firstBad = 0;
-  while (firstBad < bytes.size() && static_cast<uint8_t>(bytes[firstBad]) < 0x80) {
-    ++firstBad;
+// The length of the ASCII run at the start, eight bytes at a time: numeric files are all ASCII.
+size_t AsciiPrefix(std::string_view s) {
+  size_t i = 0;
+  for (; i + 8 <= s.size(); i += 8) {
+    uint64_t word = 0;
+    std::memcpy(&word, s.data() + i, 8);
+    if ((word & 0x8080808080808080u) != 0) {
+      break;
+    }
   }
+  while (i < s.size() && static_cast<uint8_t>(s[i]) < 0x80) {
+    ++i;
+  }
+  return i;
+}
+
+// True when the text is valid UTF-8 and nothing in it would change on decoding.
+bool IsPlainUtf8(std::string_view s) {
+  if (s.starts_with("\xEF\xBB\xBF") || s.starts_with("\xFF\xFE") || s.starts_with("\xFE\xFF")) {
+    return false;
+  }
+  for (size_t i = AsciiPrefix(s); i < s.size(); i += AsciiPrefix(s.substr(i))) {
+    const size_t length = ValidSequenceLength(s.substr(i));
+    if (length == 0) {
+      return false;
+    }
+    i += length;
+  }
+  return true;
+}
+
+std::string SanitiseUtf8(std::string bytes) {
+  const size_t firstBad = AsciiPrefix(bytes);
   if (firstBad == bytes.size()) {
     return bytes;  // plain ASCII, the common case of numeric files
   }
@@ -144,7 +175,7 @@ std::string DecodeText(std::string bytes) {
   return SanitiseUtf8(std::move(bytes));
 }
 
-TTextReader::TTextReader(std::istream& Stream) : FText(DecodeText(ReadStreamToEnd(Stream))) {}
+TTextReader::TTextReader(std::istream& Stream) : FDecoded(DecodeText(ReadStreamToEnd(Stream))) {}
 
 TTextReader TTextReader::FromFile(const std::string& FileName) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(FileName.c_str(), "rb"),
@@ -152,26 +183,38 @@ TTextReader TTextReader::FromFile(const std::string& FileName) {
   if (!file) {
     throw EFOpenError("Cannot open file \"" + FileName + "\"");
   }
-  std::string bytes;
+  long size = 0;
   if (std::fseek(file.get(), 0, SEEK_END) == 0) {
-    const long size = std::ftell(file.get());
+    size = std::max(std::ftell(file.get()), 0L);
     std::rewind(file.get());
-    if (size > 0) {
-      bytes.resize(static_cast<size_t>(size));
-      bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
-    }
   }
+  // calloc rather than a string: large blocks come fresh from the system, already zero, so the
+  // bytes are written once, by the read. One byte more keeps the block valid for an empty file.
+  TRawBytes bytes(static_cast<char*>(std::calloc(static_cast<size_t>(size) + 1, 1)));
+  if (!bytes) {
+    throw std::bad_alloc();
+  }
+  const size_t read = std::fread(bytes.get(), 1, static_cast<size_t>(size), file.get());
   if (std::ferror(file.get())) {
     throw EInOutError("Cannot read file \"" + FileName + "\"");
   }
-  return TTextReader(DecodeText(std::move(bytes)));
+  return TTextReader(std::move(bytes), read);
+}
+
+TTextReader::TTextReader(TRawBytes raw, size_t size) {
+  if (IsPlainUtf8(std::string_view(raw.get(), size))) {
+    FRaw = std::move(raw);
+    FRawSize = size;
+  } else {
+    FDecoded = DecodeText(std::string(raw.get(), size));
+  }
 }
 
 bool TTextReader::ReadLine(std::string_view& Line) {
   if (EndOfStream()) {
     return false;
   }
-  const std::string_view text(FText);
+  const std::string_view text = Text();
   const size_t end = text.find_first_of("\r\n", FPos);
   if (end == std::string_view::npos) {
     Line = text.substr(FPos);

@@ -4,7 +4,9 @@
 // U+FFFD), then hands out lines that end at CR LF, LF or a lone CR. A last line without an end
 // counts. Bulk parsers take the decoded text whole through Text().
 
+#include <cstdlib>
 #include <istream>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -23,16 +25,29 @@ class TTextReader {
   // The next line without its end; false when the text is exhausted.
   bool ReadLine(std::string& Line);
   bool ReadLine(std::string_view& Line);
-  bool EndOfStream() const { return FPos >= FText.size(); }
+  bool EndOfStream() const { return FPos >= Text().size(); }
 
-  std::string_view Text() const { return FText; }
+  std::string_view Text() const {
+    return FRaw ? std::string_view(FRaw.get(), FRawSize) : std::string_view(FDecoded);
+  }
   // What the lines read so far have left.
-  std::string_view Remaining() const { return std::string_view(FText).substr(FPos); }
+  std::string_view Remaining() const { return Text().substr(FPos); }
 
  private:
-  explicit TTextReader(std::string Text) : FText(std::move(Text)) {}
+  struct TFreeBytes {
+    void operator()(char* bytes) const noexcept { std::free(bytes); }
+  };
+  using TRawBytes = std::unique_ptr<char, TFreeBytes>;
 
-  std::string FText;
+  explicit TTextReader(std::string Text) : FDecoded(std::move(Text)) {}
+  TTextReader(TRawBytes raw, size_t size);
+
+  // A file that is UTF-8 already, as nearly every one is, is read once into memory that nothing
+  // else writes (no zero fill before the read, no copy after it) and used as it is. Any other is
+  // decoded into FDecoded.
+  TRawBytes FRaw;
+  size_t FRawSize = 0;
+  std::string FDecoded;
   size_t FPos = 0;
 };
 

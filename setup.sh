@@ -9,7 +9,7 @@ cd "$(dirname "$0")"
 packages=(
   build-essential cmake pkg-config locales
   libgtest-dev libgmock-dev libbenchmark-dev
-  libshp-dev libtiff-dev libtiff-tools libgeotiff-dev geotiff-bin libpng-dev
+  libshp-dev libtiff-dev libtiff-tools libgeotiff-dev geotiff-bin libpng-dev libcli11-dev
   clang libclang-rt-14-dev doxygen
 )
 

@@ -1,23 +1,14 @@
-// zephra: the command-line tool. For now it prints the report of a raster header.
+// zephra: the command-line tool. Everything but the process itself is in the commands library.
 
-#include <cstdio>
-#include <exception>
+#include <unistd.h>
+
+#include <iostream>
 #include <string>
+#include <vector>
 
-#include <zephra/zephra.h>
+#include "App.h"
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr,
-                 "usage: zephra FILE\n  prints the report of the raster header beside FILE\n");
-    return 2;
-  }
-  try {
-    const auto header = zephra::TImageHeader::Open(argv[1]);
-    std::fputs(header->Text().c_str(), stdout);
-    return 0;
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "zephra: %s\n", error.what());
-    return 1;
-  }
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  return zephra::cli::RunZephra(args, std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
 }

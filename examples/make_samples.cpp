@@ -194,19 +194,21 @@ void WriteZoneShape(SHPHandle shp, int id, const TZone& zone) {
 
 // Three zones over the grid of the rasters: a plain polygon, a park with the lake cut out of it,
 // and farmland in two separate parts.
-void WriteZones(const fs::path& dir) {
-  const std::vector<TZone> zones = {
-      {"Reserve",
-       10,
-       {{500300, 6101900, 500400, 6102600, 501600, 6102700, 501800, 6101900, 501000, 6101500}}},
-      {"Lake park",
-       20,
-       {{502100, 6102800, 503700, 6102800, 503700, 6101300, 502100, 6101300},
-        {502600, 6102400, 502600, 6101800, 503200, 6101800, 503200, 6102400}}},
-      {"Farms",
-       30,
-       {{500500, 6101000, 501500, 6101000, 501500, 6100300, 500500, 6100300},
-        {502500, 6100900, 503700, 6100900, 503700, 6100200, 502500, 6100200}}}};
+std::vector<TZone> SampleZones() {
+  return {{"Reserve",
+           10,
+           {{500300, 6101900, 500400, 6102600, 501600, 6102700, 501800, 6101900, 501000, 6101500}}},
+          {"Lake park",
+           20,
+           {{502100, 6102800, 503700, 6102800, 503700, 6101300, 502100, 6101300},
+            {502600, 6102400, 502600, 6101800, 503200, 6101800, 503200, 6102400}}},
+          {"Farms",
+           30,
+           {{500500, 6101000, 501500, 6101000, 501500, 6100300, 500500, 6100300},
+            {502500, 6100900, 503700, 6100900, 503700, 6100200, 502500, 6100200}}}};
+}
+
+void WriteZones(const fs::path& dir, const std::vector<TZone>& zones) {
   const std::string base = (dir / "zones").string();
   const std::unique_ptr<SHPInfo, TShpCloser> shp(SHPCreate(base.c_str(), SHPT_POLYGON));
   const std::unique_ptr<DBFInfo, TDbfCloser> dbf(DBFCreate(base.c_str()));
@@ -226,13 +228,137 @@ void WriteZones(const fs::path& dir) {
   std::printf("wrote %s.shp, .shx, .dbf\n", base.c_str());
 }
 
+// A world of 5-degree cells in tenths of a degree Celsius, stored as 16-bit integers: warm at the
+// equator, cold at the poles, the east of every continent band a little warmer than its west, and
+// a block of the Antarctic interior without stations. A global grid shows the east-west wrap of
+// smoothed reads.
+float Temperature(int32_t c, int32_t r) {
+  if (r >= 34 && c >= 36 && c < 48) {
+    return kNoData;
+  }
+  const double lat = 90.0 - (r + 0.5) * 5.0;
+  const double lon = (-180.0 + (c + 0.5) * 5.0) / 180.0;
+  const double celsius = 27.5 - 0.0068 * lat * lat + 3.0 * lon * (1.0 - lon * lon);
+  return static_cast<float>(std::nearbyint(celsius * 10.0));
+}
+
+void WriteWorldTemperature(const fs::path& dir) {
+  TImageHeader header = GridHeader(72, 36, -180.0f, 90.0f, 5.0f);
+  header.SetRefSystem("latlon");
+  header.RefUnits = "deg";
+  header.FileTitle = "Annual mean temperature of the world, sample";
+  header.ValueUnits = "0.1 C";
+  header.Flag = true;
+  header.FlagValue = kNoData;
+  header.FlagDef = "No station";
+  header.Lineage = "Synthetic, written by examples/make_samples";
+  WriteRaster<zephra::TIntegerImage>(dir / "temperature.img", header, Temperature);
+}
+
+// Rain over the grid of the rasters in cells of 200 m, wetter on the hill and to the west, to
+// half a millimetre; the same corner as the elevation was not measured. Written by the library's
+// grid exporter, as other programs would hand such a grid over.
+float Rainfall(int32_t c, int32_t r) {
+  if (c >= 17 && r >= 12) {
+    return kNoData;
+  }
+  const double hill = 220.0 / (1.0 + SquaredDistance(c, r, 5.0, 4.5) / 8.0);
+  const double rain = 640.0 + 9.0 * (20.0 - c) + 4.0 * r + hill;
+  return static_cast<float>(std::nearbyint(rain * 2.0) / 2.0);
+}
+
+void WriteRainfallGrid(const fs::path& dir) {
+  TImageHeader header = GridHeader(20, 15, kGridMinX, kGridMaxY, 200.0f);
+  header.Flag = true;
+  header.FlagValue = kNoData;
+  const auto image = zephra::TRealImage::Create("", &header);
+  image->MemOnly = true;
+  for (int32_t r = 0; r < header.Height; ++r) {
+    for (int32_t c = 0; c < header.Width; ++c) {
+      image->WriteCR(c + 1, r + 1, Rainfall(c, r));
+    }
+  }
+  const fs::path file = dir / "rainfall.asc";
+  zephra::TArcInfoGridASCIIExporter().ExportImage(image.get(), file.string(), nullptr);
+  std::printf("wrote %s\n", file.string().c_str());
+}
+
+// Rings are stored closed: the first vertex comes again at the end. Every ring of the family
+// turns clockwise, holes too: the library takes a hole off by its place after a separator, so a
+// hole is written backwards from the shapefile's counter-clockwise form.
+void AddVectorRing(zephra::TFeature& feature, const std::vector<double>& ring, bool hole) {
+  const size_t points = ring.size() / 2;
+  for (size_t k = 0; k <= points; ++k) {
+    const size_t i = 2 * ((hole ? points - k % points : k) % points);
+    feature.AddPoint(static_cast<float>(ring[i]), static_cast<float>(ring[i + 1]));
+  }
+}
+
+// A ring turning counter-clockwise, which the shapefile convention makes a hole.
+bool IsHole(const std::vector<double>& ring) {
+  double sum = 0.0;
+  for (size_t i = 0; i < ring.size(); i += 2) {
+    const size_t next = (i + 2) % ring.size();
+    sum += ring[i] * ring[next + 1] - ring[next] * ring[i + 1];
+  }
+  return sum > 0.0;
+}
+
+// The zones once more as a vector layer of the family: one feature per outer ring with its holes
+// after ring separators, so the two parts of the farmland are two features of one id.
+void WriteZoneLayer(const fs::path& dir, const std::vector<TZone>& zones) {
+  zephra::TVector layer(zephra::ltPolygon);
+  layer.Header()->SetTitle("Zones, sample");
+  layer.Header()->SetRefSystem("plane");
+  layer.Header()->SetRefUnits("m");
+  layer.Header()->SetIDType("zone code");
+  layer.Header()->SetUnitDist(1.0f);
+  for (const TZone& zone : zones) {
+    std::unique_ptr<zephra::TFeature> feature;
+    for (const auto& ring : zone.Rings) {
+      const bool hole = feature && IsHole(ring);
+      if (hole) {
+        feature->AddPoint(0.0f, 0.0f);  // the ring separator
+        ++feature->NumOfHoles;
+      } else {
+        if (feature) {
+          layer.AddFeature(std::move(feature));
+        }
+        feature = std::make_unique<zephra::TFeature>(static_cast<float>(zone.Code));
+      }
+      AddVectorRing(*feature, ring, hole);
+    }
+    layer.AddFeature(std::move(feature));
+  }
+  layer.SaveAs((dir / "zones.vec").string());
+  std::printf("wrote %s, zones.dvc\n", (dir / "zones.vec").string().c_str());
+}
+
+// A colour ramp for heights: lowland greens, yellow and brown hills, white tops. The channels are
+// on the file's 6-bit scale, so the file holds them exactly.
+void WriteTerrainPalette(const fs::path& dir) {
+  static constexpr uint8_t kRamp[16][3] = {{0, 24, 8},   {4, 32, 10},  {10, 38, 12}, {18, 44, 14},
+                                           {28, 48, 16}, {38, 52, 18}, {48, 54, 20}, {56, 54, 22},
+                                           {60, 50, 24}, {58, 44, 22}, {54, 38, 20}, {50, 32, 18},
+                                           {46, 28, 18}, {50, 40, 34}, {56, 52, 48}, {63, 63, 63}};
+  zephra::TZephraPalFile palette;
+  for (int32_t i = 0; i < 16; ++i) {
+    palette.SetColor(i, static_cast<zephra::TColor>(kRamp[i][0] * 4 | kRamp[i][1] * 4 << 8 |
+                                                    kRamp[i][2] * 4 << 16));
+  }
+  const fs::path file = dir / "terrain.pal";
+  palette.SaveToFile(file.string());
+  std::printf("wrote %s\n", file.string().c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::fprintf(stderr,
                  "usage: make_samples DIR\n"
-                 "  writes the sample rasters and the sample shapefile of examples/ into DIR\n");
+                 "  writes the sample rasters, grid, shapefile, vector layer and palette of\n"
+                 "  examples/ into DIR\n");
     return 2;
   }
   try {
@@ -240,7 +366,12 @@ int main(int argc, char** argv) {
     WriteTemperature(dir);
     WriteLandCover(dir);
     WriteElevation(dir);
-    WriteZones(dir);
+    const std::vector<TZone> zones = SampleZones();
+    WriteZones(dir, zones);
+    WriteZoneLayer(dir, zones);
+    WriteWorldTemperature(dir);
+    WriteRainfallGrid(dir);
+    WriteTerrainPalette(dir);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "make_samples: %s\n", error.what());

@@ -23,7 +23,7 @@ endfunction()
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 # Nothing but the prefix tells the installed programs where the library is.
 unset(ENV{LD_LIBRARY_PATH})
-expect_size(${prefix}/bin/zephra)
+expect_size(${prefix}/bin/zephra info)
 
 run(${CMAKE_COMMAND} -S ${consumer} -B ${WORK_DIR}/by-cmake -DCMAKE_PREFIX_PATH=${prefix}
     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_RPATH=${prefix}/lib)

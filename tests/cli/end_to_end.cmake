@@ -3,7 +3,7 @@
 # progress on stderr only, silenced by --quiet; no output left by a command that fails.
 # Run as cmake -P with -DZEPHRA (the executable), -DSAMPLES (examples/), -DGOLDEN and -DOUT.
 
-file(REMOVE_RECURSE ${OUT})
+include(${SAMPLES}/tests/Support.cmake)  # a fresh OUT, expect_match
 file(MAKE_DIRECTORY ${OUT}/failed)
 
 # Runs zephra in the samples folder and fails unless it exits with code; sets OUT_TEXT and
@@ -17,12 +17,6 @@ function(zephra code)
   endif()
   set(OUT_TEXT "${out}" PARENT_SCOPE)
   set(ERR_TEXT "${err}" PARENT_SCOPE)
-endfunction()
-
-function(expect_match text regex)
-  if(NOT text MATCHES "${regex}")
-    message(FATAL_ERROR "expected a match of\n  ${regex}\nin\n${text}")
-  endif()
 endfunction()
 
 zephra(0 --version)

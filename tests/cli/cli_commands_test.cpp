@@ -1,4 +1,4 @@
-// The tool's commands in-process: exit codes and one-line messages for bad arguments, missing and
+// The tool's commands in-process: statistics scanned in parallel blocks against a plain pass; exit codes and one-line messages for bad arguments, missing and
 // unreadable files; the results of sample and of the vector commands; and that a failed command
 // leaves nothing behind and never touches its inputs.
 
@@ -10,8 +10,10 @@
 #include <zephra/zephra.h>
 
 #include "CliSupport.h"
+#include "RasterStats.h"
 #include "SampleCommand.h"
 #include "VectorCommands.h"
+#include "support/ImageSupport.h"
 #include "support/TestSupport.h"
 
 namespace zephra::cli {
@@ -22,6 +24,47 @@ using test::Sample;
 using test::TQuietContext;
 using test::TTempDir;
 using test::Zephra;
+
+// Several batches of several blocks on every core, no data among them (NaN and the flag), each
+// cell type: the merged moments equal one plain pass in long double.
+template <typename TImage>
+void ExpectStatsOfPlainPass(float noData) {
+  const test::TGrid grid{.Width = 2100, .Height = 2100};
+  std::vector<float> cells(size_t{2100} * 2100);
+  for (size_t i = 0; i < cells.size(); ++i) {
+    cells[i] = i % 97 == 0 ? noData : static_cast<float>((i * 7919) % 20011 % 250);
+  }
+  if (std::is_same_v<TImage, TRealImage>) {
+    cells[4321] = std::nanf("");
+  }
+  const auto image = test::MakeImage<TImage>(test::GridHeader(grid), cells);
+  long double sum = 0, squares = 0;
+  int64_t valid = 0;
+  for (const float value : image->Buffer) {
+    if (!std::isnan(static_cast<float>(value)) && value > noData) {
+      sum += value;
+      ++valid;
+    }
+  }
+  const long double mean = sum / valid;
+  for (const float value : image->Buffer) {
+    if (!std::isnan(static_cast<float>(value)) && value > noData) {
+      squares += (value - mean) * (value - mean);
+    }
+  }
+  TQuietContext quiet;
+  const TRasterStats stats = ScanStats(*image, TNoData{noData}, quiet.Progress);
+  EXPECT_EQ(stats.ValidCells(), valid);
+  EXPECT_EQ(stats.Min, 0.0);
+  EXPECT_EQ(stats.Max, 249.0);
+  EXPECT_NEAR(stats.Mean, static_cast<double>(mean), 1e-9);
+  EXPECT_NEAR(stats.StdDev, std::sqrt(static_cast<double>(squares / valid)), 1e-9);
+}
+
+TEST(CliCommands, StatisticsInParallelBlocksEqualOnePlainPass) {
+  ExpectStatsOfPlainPass<TRealImage>(-9999.0f);
+  ExpectStatsOfPlainPass<TIntegerImage>(-1.0f);
+}
 
 TEST(CliCommands, ExitCodesAndOneLineMessages) {
   const TTempDir dir;

@@ -5,9 +5,11 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "CellBlocks.h"
 #include "NumberText.h"
-#include "Progress.h"
+#include "TextRows.h"
 
 namespace zephra::cli {
 
@@ -38,17 +40,25 @@ void WriteGrid(const TAbstractImage& source, const TNoData& noData, float noData
   WriteHeaderLine(out, "cellsize     ", ShortText(header.ResolutionX));
   const std::string noDataText = ShortText(noDataOut);
   WriteHeaderLine(out, "NODATA_value ", noDataText);
-  std::string line;
-  for (int32_t r = 0; r < header.Height; ++r) {
-    line.clear();
-    for (int32_t c = 0; c < header.Width; ++c) {
-      const float value = source.ReadCR0(c, r);
-      line += c > 0 ? " " : "";
-      line += noData.Holds(value) ? noDataText : ShortText(value);
+  const int32_t width = header.Width;
+  WriteTextRows(out, header.Height, width, progress, [&](int32_t r, std::string& text) {
+    thread_local std::vector<float> scratch;
+    const auto cells = CellBlock(source, int64_t{r} * width, width, scratch);
+    // Room for every number and its blank, cut back to what was written.
+    const size_t start = text.size();
+    text.resize(start + cells.size() * (kShortTextRoom + 1) + 2);
+    char* at = text.data() + start;
+    for (size_t c = 0; c < cells.size(); ++c) {
+      if (c > 0) {
+        *at++ = ' ';
+      }
+      at = noData.Holds(cells[c]) ? std::copy(noDataText.begin(), noDataText.end(), at)
+                                  : WriteShortText(at, cells[c]);
     }
-    out << line << "\r\n";
-    progress.Update(static_cast<int64_t>(r + 1) * header.Width);
-  }
+    *at++ = '\r';
+    *at++ = '\n';
+    text.resize(static_cast<size_t>(at - text.data()));
+  });
   out.close();
   if (!out) {
     throw std::runtime_error("cannot be written");

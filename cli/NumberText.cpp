@@ -1,5 +1,6 @@
 #include "NumberText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <system_error>
@@ -10,18 +11,24 @@ namespace {
 
 // Plain digits for the magnitudes of maps and cells (a million reads 1000000, not 1e+06), the
 // exponent form only beyond them.
+// Within these magnitudes the plain form of a double has at most 15 integer digits and 17
+// significant ones, well inside kShortTextRoom.
 template <typename TNumber>
-std::string Shortest(TNumber value) {
+char* Shortest(char* out, TNumber value) {
   if (std::isnan(value)) {
-    return "nan";
+    return std::copy_n("nan", 3, out);
   }
   const TNumber magnitude = std::fabs(value);
   const bool plain = magnitude == 0 || (magnitude >= TNumber(1e-4) && magnitude < TNumber(1e15));
-  char text[400];
-  const auto result = plain
-                          ? std::to_chars(text, text + sizeof text, value, std::chars_format::fixed)
-                          : std::to_chars(text, text + sizeof text, value);
-  return std::string(text, result.ptr);
+  char* const end = out + kShortTextRoom;
+  return plain ? std::to_chars(out, end, value, std::chars_format::fixed).ptr
+               : std::to_chars(out, end, value).ptr;
+}
+
+template <typename TNumber>
+std::string Shortest(TNumber value) {
+  char text[kShortTextRoom];
+  return std::string(text, Shortest(text, value));
 }
 
 }  // namespace
@@ -32,6 +39,14 @@ std::string ShortText(float value) {
 
 std::string ShortText(double value) {
   return Shortest(value);
+}
+
+char* WriteShortText(char* out, float value) {
+  return Shortest(out, value);
+}
+
+char* WriteShortText(char* out, double value) {
+  return Shortest(out, value);
 }
 
 bool ParseNumber(const std::string& text, double& value) {

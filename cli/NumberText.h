@@ -2,6 +2,7 @@
 // Numbers as text for people and for the files the tool writes itself: the shortest text that
 // reads back as the same number, with a decimal point whatever the locale.
 
+#include <cstddef>
 #include <string>
 
 namespace zephra::cli {
@@ -10,6 +11,12 @@ namespace zephra::cli {
 std::string ShortText(float value);
 // The same for a double.
 std::string ShortText(double value);
+
+// Room that WriteShortText needs at out.
+constexpr size_t kShortTextRoom = 64;
+// ShortText(value) written at out, for the loops over every cell; returns its end.
+char* WriteShortText(char* out, float value);
+char* WriteShortText(char* out, double value);
 
 // A number in text of the command line or of a points or key file: decimal point, optional
 // sign and exponent, nothing else. False for anything else.

@@ -7,7 +7,9 @@
 #include <map>
 #include <memory>
 #include <system_error>
+#include <vector>
 
+#include "CellBlocks.h"
 #include "Errors.h"
 #include "GridWriter.h"
 #include "NumberText.h"
@@ -62,16 +64,20 @@ struct TPlan {
 
 TCellScan ScanCells(const TAbstractImage& source, const TNoData& noData, const TCellLimits& limits,
                     float threshold) {
+  constexpr int64_t kBlockCells = 1 << 16;
   TCellScan scan;
-  for (int32_t i = 0; i < source.NumRecs; ++i) {
-    const float value = source.BufferRead(i);
-    if (noData.Holds(value)) {
-      ++scan.NoData;
-      continue;
+  std::vector<float> scratch;
+  for (int64_t first = 0; first < source.NumRecs; first += kBlockCells) {
+    const int64_t count = std::min<int64_t>(kBlockCells, source.NumRecs - first);
+    for (const float value : CellBlock(source, first, count, scratch)) {
+      if (noData.Holds(value)) {
+        ++scan.NoData;
+        continue;
+      }
+      scan.Outside += value < limits.Min || value > limits.Max;
+      scan.Rounded += limits.Whole && value != std::nearbyint(value);
+      scan.AtOrBelow += value <= threshold;
     }
-    scan.Outside += value < limits.Min || value > limits.Max;
-    scan.Rounded += limits.Whole && value != std::nearbyint(value);
-    scan.AtOrBelow += value <= threshold;
   }
   return scan;
 }
@@ -160,17 +166,22 @@ void WarnHeaderLosses(const TImageHeader& header, const TOutputRequest& request,
   }
 }
 
-// Every cell of source with no-data cells set to noDataOut, through write(index, value).
+// Every cell of source with no-data cells set to noDataOut, through write(index, value), read
+// a row at a time.
 template <typename TWrite>
 void CopyCells(const TAbstractImage& source, const TNoData& noData, float noDataOut,
                TProgress& progress, TWrite write) {
-  const int32_t width = std::max(source.Header()->Width, 1);
-  for (int32_t i = 0; i < source.NumRecs; ++i) {
-    const float value = source.BufferRead(i);
-    write(i, noData.Holds(value) ? noDataOut : value);
-    if (i % width == 0) {
-      progress.Update(i);
+  const int64_t width = std::max(source.Header()->Width, 1);
+  std::vector<float> scratch;
+  for (int64_t first = 0; first < source.NumRecs; first += width) {
+    const auto cells = CellBlock(source, first, std::min<int64_t>(width, source.NumRecs - first),
+                                 scratch);
+    for (size_t c = 0; c < cells.size(); ++c) {
+      const float value = cells[c];
+      write(static_cast<int32_t>(first + static_cast<int64_t>(c)),
+            noData.Holds(value) ? noDataOut : value);
     }
+    progress.Update(first);
   }
 }
 
@@ -211,8 +222,10 @@ std::unique_ptr<TRealImage> ExportCopy(const TAbstractImage& source, const TPlan
   header.DataType = dtReal;
   auto copy = TRealImage::Create("", &header);
   copy->MemOnly = true;
+  // The copy is a plain float image of our own: its buffer takes the cells directly, and the
+  // range it keeps is the source's.
   CopyCells(source, plan.SourceNoData, plan.NoDataOut, progress,
-            [&](int32_t i, float value) { copy->BufferWrite(i, value); });
+            [&](int32_t i, float value) { copy->Buffer[static_cast<size_t>(i)] = value; });
   return copy;
 }
 

@@ -1,30 +1,50 @@
 #include "XyzWriter.h"
 
+#include <algorithm>
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "CellBlocks.h"
 #include "NumberText.h"
-#include "Progress.h"
+#include "TextRows.h"
 
 namespace zephra::cli {
 
 void WriteXyz(const TAbstractImage& source, const TNoData& noData, float noDataOut,
               const std::filesystem::path& path, TProgress& progress) {
   const TImageHeader& header = *source.Header();
-  std::ofstream out(path, std::ios::binary);
   const std::string noDataText = ShortText(noDataOut);
-  std::string line;
-  for (int32_t r = 0; r < header.Height; ++r) {
-    const std::string y = ShortText(header.Maxy - (r + 0.5) * header.ResolutionY);
-    for (int32_t c = 0; c < header.Width; ++c) {
-      const float value = source.ReadCR0(c, r);
-      line = ShortText(header.Minx + (c + 0.5) * header.ResolutionX);
-      line += ' ' + y + ' ' + (noData.Holds(value) ? noDataText : ShortText(value)) + "\r\n";
-      out << line;
-    }
-    progress.Update(static_cast<int64_t>(r + 1) * header.Width);
+  // Every row repeats the same x texts: each is formatted once, with the blank after it.
+  std::vector<std::string> xs(static_cast<size_t>(std::max(header.Width, 0)));
+  for (size_t c = 0; c < xs.size(); ++c) {
+    xs[c] = ShortText(header.Minx + (static_cast<double>(c) + 0.5) * header.ResolutionX) + ' ';
   }
+  size_t widestX = 0;
+  for (const std::string& x : xs) {
+    widestX = std::max(widestX, x.size());
+  }
+  const int32_t width = header.Width;
+  std::ofstream out(path, std::ios::binary);
+  WriteTextRows(out, header.Height, width, progress, [&](int32_t r, std::string& text) {
+    thread_local std::vector<float> scratch;
+    const auto cells = CellBlock(source, int64_t{r} * width, width, scratch);
+    const std::string y = ShortText(header.Maxy - (r + 0.5) * header.ResolutionY) + ' ';
+    // Room for the widest line of every cell, cut back to what was written.
+    const size_t start = text.size();
+    text.resize(start + cells.size() * (widestX + y.size() + kShortTextRoom + 2));
+    char* at = text.data() + start;
+    for (size_t c = 0; c < cells.size(); ++c) {
+      at = std::copy(xs[c].begin(), xs[c].end(), at);
+      at = std::copy(y.begin(), y.end(), at);
+      at = noData.Holds(cells[c]) ? std::copy(noDataText.begin(), noDataText.end(), at)
+                                  : WriteShortText(at, cells[c]);
+      *at++ = '\r';
+      *at++ = '\n';
+    }
+    text.resize(static_cast<size_t>(at - text.data()));
+  });
   out.close();
   if (!out) {
     throw std::runtime_error("cannot be written");

@@ -1,5 +1,6 @@
 #include "RasterizeCommand.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -158,9 +159,9 @@ TWriteResult TRasterizeCommand::Run(const TContext& context) const {
   const TSingleArray values = PartValues(*map, Options, noData, context);
   const auto image = TRealImage::Create("", &header);
   image->MemOnly = true;
-  for (int32_t i = 0; i < image->NumRecs; ++i) {
-    image->BufferWrite(i, noData);  // the background: FillShape leaves cells outside alone
-  }
+  // The background, which FillShape leaves alone outside the polygons. Straight into the buffer
+  // of our own float image: BufferWrite would skip the no-data value anyway, leaving the range.
+  std::fill(image->Buffer.begin(), image->Buffer.end(), noData);
   OnFile(Options.Shp, [&] { image->FillShape(Options.Shp, values); });
   // FillShape declares the library's flag value; the background is the tool's no-data value.
   image->Header()->Flag = true;

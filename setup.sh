@@ -11,6 +11,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libshp-dev libtiff-dev libtiff-tools libgeotiff-dev geotiff-bin libpng-dev libcli11-dev
   clang libclang-rt-14-dev doxygen
+  python3-dev pybind11-dev python3-numpy python3-pytest python3-xarray python3-dask
+  python3-distributed python3-shapely
 )
 
 sudo=""

@@ -189,6 +189,9 @@ class ZEPHRA_API TAbstractImage {
   TImageHeader* Header() { return IsReduced() ? FZoomHeader.get() : FHeader.get(); }
   /// The header of the buffer's grid: the file's own, or the reduced one. Never raises.
   const TImageHeader* Header() const { return IsReduced() ? FZoomHeader.get() : FHeader.get(); }
+  /// The file's own header, full size and extent, also while Header() describes a thinned or
+  /// windowed buffer. Never raises.
+  const TImageHeader* FileHeader() const { return FHeader.get(); }
   /// True when the buffer holds a window of the map. Never raises.
   bool Zoomed() const { return FIsZoomed; }
   /// The data file's name. Never raises.

@@ -2,6 +2,7 @@
 // The range scan over raw cells, for the image classes that know their cell type: one pass over
 // the buffer with no virtual call per cell.
 
+#include <algorithm>
 #include <cstddef>
 
 #include <zephra/Common/zpCommonTypes.h>
@@ -15,22 +16,33 @@ namespace zephra {
 template <typename TRead>
 bool ScanRange(size_t count, TRead read, float minVal, float maxVal, TRange& range) {
   const bool bounded = minVal != maxVal;
-  bool found = false;
-  for (size_t i = 0; i < count; ++i) {
-    const float value = read(i);
-    if (bounded && !(value > minVal && value < maxVal)) {
-      continue;
+  const auto counts = [&](float value) { return !bounded || (value > minVal && value < maxVal); };
+  size_t i = 0;
+  while (i < count && !counts(read(i))) {
+    ++i;
+  }
+  if (i == count) {
+    return false;
+  }
+  float lo = read(i), hi = lo;
+  // std::min and std::max keep the kept end on equals and on NaN, as a comparison per cell
+  // would, and without a branch per cell the compiler can use vector instructions.
+  if (bounded) {
+    for (++i; i < count; ++i) {
+      const float value = read(i);
+      const bool in = value > minVal && value < maxVal;
+      lo = in ? std::min(lo, value) : lo;
+      hi = in ? std::max(hi, value) : hi;
     }
-    if (!found) {
-      range = TRange{value, value};
-      found = true;
-    } else if (value < range.Min) {
-      range.Min = value;
-    } else if (value > range.Max) {
-      range.Max = value;
+  } else {
+    for (++i; i < count; ++i) {
+      const float value = read(i);
+      lo = std::min(lo, value);
+      hi = std::max(hi, value);
     }
   }
-  return found;
+  range = TRange{lo, hi};
+  return true;
 }
 
 template <typename TCells>

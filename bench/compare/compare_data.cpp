@@ -3,6 +3,9 @@
 //   compare_data make DIR     writes the comparison's data into DIR (see below)
 //   compare_data read FILE    the read floor: FILE into freshly allocated memory, every page
 //   compare_data write FILE N the write floor: N bytes from memory into a new FILE
+//   compare_data export grid|xyz IN OUT
+//                             the library's own text exporter (four decimals) on the raster IN,
+//                             as a host program calls it
 //
 // The data: a terrain-like 4000 x 4000 float raster on a 30 m plane grid with 5 % no-data (a
 // lake and the corner beyond a coast), as the library's raster (terrain.doc/.img), as EHdr
@@ -154,11 +157,31 @@ void ReadFloor(const std::string& file) {
   std::printf("%u\n", sum);
 }
 
+// The same number of bytes, written from one buffer of a megabyte: the least that writing the
+// output costs, without the page faults of a buffer the size of the file.
 void WriteFloor(const std::string& file, size_t size) {
-  const std::vector<char> bytes(size, '7');
+  const std::vector<char> bytes(size_t{1} << 20, '7');
   const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-  if (fd < 0 || ::write(fd, bytes.data(), size) != static_cast<ssize_t>(size) || ::close(fd) != 0) {
+  for (size_t left = size; fd >= 0 && left > 0;) {
+    const size_t chunk = std::min(left, bytes.size());
+    if (::write(fd, bytes.data(), chunk) != static_cast<ssize_t>(chunk)) {
+      throw std::runtime_error("cannot write " + file);
+    }
+    left -= chunk;
+  }
+  if (fd < 0 || ::close(fd) != 0) {
     throw std::runtime_error("cannot write " + file);
+  }
+}
+
+void Export(const std::string& format, const std::string& in, const std::string& out) {
+  const auto image = zephra::OpenAnyRaster(in);
+  if (format == "grid") {
+    zephra::TArcInfoGridASCIIExporter().ExportImage(image.get(), out, {});
+  } else if (format == "xyz") {
+    zephra::TXYZAsciiExporter().ExportImage(image.get(), out, {});
+  } else {
+    throw std::runtime_error("no exporter " + format);
   }
 }
 
@@ -175,8 +198,10 @@ int main(int argc, char** argv) {
       ReadFloor(argv[2]);
     } else if (command == "write" && argc == 4) {
       WriteFloor(argv[2], std::stoull(argv[3]));
+    } else if (command == "export" && argc == 5) {
+      Export(argv[2], argv[3], argv[4]);
     } else {
-      std::fprintf(stderr, "usage: compare_data make DIR | read FILE | write FILE BYTES\n");
+      std::fprintf(stderr, "usage: compare_data make DIR | read FILE | write FILE BYTES | export grid|xyz IN OUT\n");
       return 2;
     }
     return 0;

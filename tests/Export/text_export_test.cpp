@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <tuple>
@@ -90,6 +91,30 @@ TEST(TextExport, FullTextsOfTheGridAndXyzWriters) {
   // No columns: nothing written, but an event for every row.
   EXPECT_EQ(Export(xyzExporter, *Oblong(0, 2), name), (TProgress{{0, 1}, {1, 1}}));
   EXPECT_EQ(test::ReadFileBytes(name), "");
+}
+
+// A typed raster of many blocks is formatted on several cores; a text raster, which is not
+// typed, on the calling thread alone: the same cells give the same files and the same events.
+TEST(TextExport, RowsFormattedOnSeveralCoresMatchOneThread) {
+  const test::TTempDir dir;
+  const int32_t width = 500, height = 400;
+  std::vector<float> cells(static_cast<size_t>(width) * height);
+  for (size_t i = 0; i < cells.size(); ++i) {
+    cells[i] = i % 89 == 0 ? -9999.0f : static_cast<float>(i % 7919) / 8.0f - 300.0f;
+  }
+  TProgress expected;
+  for (int32_t r = 0; r < height; ++r) {
+    expected.emplace_back(r, height - 1);
+  }
+  const auto typed = Square(width, height, cells);
+  const auto text = Square<TAsciiImage>(width, height, cells);
+  TArcInfoGridASCIIExporter grid;
+  TXYZAsciiExporter xyz;
+  for (IZephraImageExporter* exporter : std::initializer_list<IZephraImageExporter*>{&grid, &xyz}) {
+    EXPECT_EQ(Export(*exporter, *typed, dir.File("typed.txt")), expected);
+    EXPECT_EQ(Export(*exporter, *text, dir.File("text.txt")), expected);
+    EXPECT_EQ(test::ReadFileBytes(dir.File("typed.txt")), test::ReadFileBytes(dir.File("text.txt")));
+  }
 }
 
 TEST(TextExport, NumbersFollowTheLocaleSeparator) {

@@ -1,14 +1,14 @@
 #include <zephra/Export/zplArcInfoGridASCIIExporter.h>
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <zephra/Common/private/zpTextOutputFile.h>
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpSpatialConst.h>
-#include <zephra/Raster/Images/private/zplbZephraRowRead.h>
+#include <zephra/Export/private/zplRowTexts.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -40,25 +40,28 @@ void TArcInfoGridASCIIExporter::ExportImage(const TAbstractImage* Source,
   TTextOutputFile file(FileName, TOutputFile::omInPlace);
   WriteHeaderLines(file, header, format);
 
-  // One row's text is built in place: room for the widest number and its blank per cell.
-  const auto width = static_cast<size_t>(std::max(header.Width, 0));
-  std::vector<char> line(width * (TNumberFormat::MaxLength + 1));
-  std::vector<float> cells(width);
-  for (int32_t r = 1; r <= header.Height; ++r) {
-    ReadRowSingles(*Source, r - 1, cells, [&](int32_t c) { return Source->ReadCR(c + 1, r); });
-    char* out = line.data();
-    for (size_t c = 0; c < width; ++c) {
-      if (c > 0) {
-        *out++ = ' ';
-      }
-      const float value = cells[c];
-      out = TSpatialConst::IsFlag(value) ? CopyText(out, "-9999") : format.Fixed(out, value, 4);
-    }
-    file.WriteLine(std::string_view(line.data(), static_cast<size_t>(out - line.data())));
-    if (OnProgress) {
-      OnProgress(r - 1, header.Height - 1);
-    }
-  }
+  // Each row's text is built in place: room for the widest number and its blank per cell.
+  WriteRowTexts(
+      file, *Source,
+      [&format](int32_t, std::span<const float> cells, std::string& text) {
+        const size_t start = text.size();
+        text.resize(start + cells.size() * (TNumberFormat::MaxLength + 1) + 2);
+        char* out = text.data() + start;
+        for (size_t c = 0; c < cells.size(); ++c) {
+          if (c > 0) {
+            *out++ = ' ';
+          }
+          const float value = cells[c];
+          out = TSpatialConst::IsFlag(value) ? CopyText(out, "-9999") : format.Fixed(out, value, 4);
+        }
+        out = CopyText(out, "\r\n");
+        text.resize(static_cast<size_t>(out - text.data()));
+      },
+      [&](int32_t r) {
+        if (OnProgress) {
+          OnProgress(r, header.Height - 1);
+        }
+      });
   file.Commit();
 }
 

@@ -1,13 +1,14 @@
 #include <zephra/Export/zplXYZAsciiExporter.h>
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <zephra/Common/private/zpTextOutputFile.h>
 #include <zephra/Common/zpNumberText.h>
-#include <zephra/Raster/Images/private/zplbZephraRowRead.h>
+#include <zephra/Export/private/zplRowTexts.h>
 #include <zephra/Raster/Images/zplbZephraImageTypes.h>
 
 namespace zephra {
@@ -53,32 +54,34 @@ void TXYZAsciiExporter::ExportImage(const TAbstractImage* Source, const std::str
   const TNumberFormat format;
   TTextOutputFile file(FileName, TOutputFile::omInPlace);
 
-  // One row's lines are built in place: three numbers, two blanks and CR LF per cell.
+  // A row's lines are built in place: three numbers, two blanks and CR LF per cell.
   const size_t lineRoom = 3 * TNumberFormat::MaxLength + 4;
-  const auto width = static_cast<size_t>(std::max(header.Width, 0));
-  std::vector<char> rows(width * lineRoom);
-  std::vector<float> cells(width);
   const TColumnTexts xTexts(header, format);
-  for (int32_t r = 0; r < header.Height; ++r) {
-    char yText[TNumberFormat::MaxLength];
-    const std::string_view y(yText, format.Fixed(yText, RowY(header, r), 4) - yText);
-    ReadRowSingles(*Source, r, cells, [&](int32_t c) { return Source->ReadCR(c + 1, r + 1); });
-    char* out = rows.data();
-    for (size_t c = 0; c < width; ++c) {
-      const std::string_view x = xTexts[c];
-      out = std::copy(x.begin(), x.end(), out);
-      *out++ = ' ';
-      out = std::copy(y.begin(), y.end(), out);
-      *out++ = ' ';
-      out = format.Fixed(out, cells[c], 4);
-      *out++ = '\r';
-      *out++ = '\n';
-    }
-    file.Write(std::string_view(rows.data(), static_cast<size_t>(out - rows.data())));
-    if (OnProgress) {
-      OnProgress(r, header.Height - 1);
-    }
-  }
+  WriteRowTexts(
+      file, *Source,
+      [&](int32_t r, std::span<const float> cells, std::string& text) {
+        char yText[TNumberFormat::MaxLength];
+        const std::string_view y(yText, format.Fixed(yText, RowY(header, r), 4) - yText);
+        const size_t start = text.size();
+        text.resize(start + cells.size() * lineRoom);
+        char* out = text.data() + start;
+        for (size_t c = 0; c < cells.size(); ++c) {
+          const std::string_view x = xTexts[c];
+          out = std::copy(x.begin(), x.end(), out);
+          *out++ = ' ';
+          out = std::copy(y.begin(), y.end(), out);
+          *out++ = ' ';
+          out = format.Fixed(out, cells[c], 4);
+          *out++ = '\r';
+          *out++ = '\n';
+        }
+        text.resize(static_cast<size_t>(out - text.data()));
+      },
+      [&](int32_t r) {
+        if (OnProgress) {
+          OnProgress(r, header.Height - 1);
+        }
+      });
   file.Commit();
 }
 

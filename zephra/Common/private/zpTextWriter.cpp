@@ -17,6 +17,15 @@ TTextWriter::~TTextWriter() {
 }
 
 void TTextWriter::Write(std::string_view Text) {
+  if (Text.size() >= kBufferSize) {
+    // A block of text as large as the buffer goes to the stream as it is, not through a copy.
+    Flush();
+    FStream.write(Text.data(), static_cast<std::streamsize>(Text.size()));
+    if (!FStream) {
+      throw EInOutError("Failed to write text to the stream");
+    }
+    return;
+  }
   FBuffer.append(Text);
   if (FBuffer.size() >= kBufferSize) {
     Flush();

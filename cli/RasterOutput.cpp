@@ -229,6 +229,13 @@ std::unique_ptr<TRealImage> ExportCopy(const TAbstractImage& source, const TPlan
   return copy;
 }
 
+// The GeoTIFF export writes NaN for every cell at or below the library's missing value. Where
+// the raster's no-data cells are all there already (NaN, or a no-data value at or below it), the
+// export of the raster itself writes what the export of a copy would, without the copy.
+bool ExportsNoDataAsIs(const TPlan& plan) {
+  return !plan.SourceNoData.Value || *plan.SourceNoData.Value <= TSpatialConst::MissingValue;
+}
+
 void WriteSingleFile(const TAbstractImage& source, const TOutputRequest& request, const TPlan& plan,
                      TProgress& progress) {
   TPendingFile pending(request.File);
@@ -236,6 +243,8 @@ void WriteSingleFile(const TAbstractImage& source, const TOutputRequest& request
     WriteGrid(source, plan.SourceNoData, plan.NoDataOut, pending.Path(), progress);
   } else if (request.Format == TOutputFormat::Xyz) {
     WriteXyz(source, plan.SourceNoData, plan.NoDataOut, pending.Path(), progress);
+  } else if (ExportsNoDataAsIs(plan)) {
+    TGeoTiffExporter().ExportImage(&source, pending.Path().string(), nullptr);
   } else {
     const auto copy = ExportCopy(source, plan, progress);
     TGeoTiffExporter().ExportImage(copy.get(), pending.Path().string(), nullptr);

@@ -63,6 +63,15 @@ def remove(job):
         drop_statistics(path)
 
 
+def output_size(path):
+    """Bytes of an output, with the data file of a .doc raster (and of an EHdr .bil, its .hdr)."""
+    companions = {".doc": ".img", ".bil": ".hdr"}
+    files = [Path(path)]
+    if Path(path).suffix in companions:
+        files.append(Path(path).with_suffix(companions[Path(path).suffix]))
+    return sum(f.stat().st_size for f in files if f.exists())
+
+
 def drop_statistics(path):
     """GDAL keeps statistics beside a raster (x.bil.aux.xml, and x.stx for EHdr) and would read
     them instead of scanning."""
@@ -224,7 +233,7 @@ def main():
                     times[job.name][side].append(seconds)
                     memory[(job.name, side)] = max(memory.get((job.name, side), 0), kb)
                     if output:
-                        sizes[(job.name, side)] = Path(output).stat().st_size
+                        sizes[(job.name, side)] = output_size(output)
                 if round_ == 0 and job.check:
                     agreement[job.name] = job.check()
                 if job.floor:

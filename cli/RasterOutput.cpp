@@ -4,9 +4,11 @@
 #include <cctype>
 #include <cfloat>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <memory>
 #include <system_error>
+#include <typeinfo>
 #include <vector>
 
 #include "CellBlocks.h"
@@ -185,6 +187,65 @@ void CopyCells(const TAbstractImage& source, const TNoData& noData, float noData
   }
 }
 
+// Cells of a binary raster into a new one of the same cell type, straight from buffer to
+// buffer: BufferWrite would store each value unchanged, and the range it would keep (no-data and
+// flag values left out, the first counted value setting both ends) is kept here. False, with
+// nothing written, where the two are not both exactly that typed class or the no-data value is
+// not a cell of the type.
+template <typename TCell>
+bool CopyTypedCells(const TAbstractImage& source, TAbstractImage& target, const TPlan& plan,
+                    TProgress& progress) {
+  using TImage = TTypedImage<TCell>;
+  using TLimits = std::numeric_limits<TCell>;
+  if (typeid(source) != typeid(TImage) || typeid(target) != typeid(TImage) ||
+      !(plan.NoDataOut >= static_cast<float>(TLimits::lowest()) &&
+        plan.NoDataOut <= static_cast<float>(TLimits::max()))) {
+    return false;
+  }
+  const auto noDataOut = static_cast<TCell>(plan.NoDataOut);
+  if (static_cast<float>(noDataOut) != plan.NoDataOut) {
+    return false;
+  }
+  const auto& in = static_cast<const TImage&>(source).Buffer;
+  auto& out = static_cast<TImage&>(target).Buffer;
+  const auto count = static_cast<size_t>(std::max(source.NumRecs, 0));
+  if (in.size() < count || out.size() < count || target.NumRecs != source.NumRecs) {
+    return false;
+  }
+  TImageHeader& header = *target.Header();
+  const int64_t width = std::max(header.Width, 1);
+  float lo = 0.0f, hi = 0.0f;
+  bool counted = false;
+  for (size_t i = 0; i < count; ++i) {
+    const float value = static_cast<float>(in[i]);
+    const bool noData = plan.SourceNoData.Holds(value);
+    out[i] = noData ? noDataOut : in[i];
+    if (static_cast<int64_t>(i) % width == 0) {
+      progress.Update(static_cast<int64_t>(i));
+    }
+    const float stored = noData ? plan.NoDataOut : value;
+    if ((header.Flag && stored <= header.FlagValue) || TSpatialConst::IsFlag(stored)) {
+      continue;
+    }
+    lo = counted ? std::min(lo, stored) : stored;
+    hi = counted ? std::max(hi, stored) : stored;
+    counted = true;
+  }
+  if (counted) {
+    header.MinValue = lo;
+    header.MaxValue = hi;
+  }
+  return true;
+}
+
+bool CopyTypedCells(const TAbstractImage& source, TAbstractImage& target, const TPlan& plan,
+                    TProgress& progress) {
+  return CopyTypedCells<float>(source, target, plan, progress) ||
+         CopyTypedCells<uint8_t>(source, target, plan, progress) ||
+         CopyTypedCells<int16_t>(source, target, plan, progress) ||
+         CopyTypedCells<int32_t>(source, target, plan, progress);
+}
+
 void WriteDoc(const TAbstractImage& source, const TOutputRequest& request, const TPlan& plan,
               const fs::path& dataFile, TProgress& progress) {
   TImageHeader header(*source.Header());
@@ -204,8 +265,10 @@ void WriteDoc(const TAbstractImage& source, const TOutputRequest& request, const
   image->Header()->FlagDef = header.FlagDef;
   image->Header()->UnitDistance = header.UnitDistance;
   try {
-    CopyCells(source, plan.SourceNoData, plan.NoDataOut, progress,
-              [&](int32_t i, float value) { image->BufferWrite(i, value); });
+    if (!CopyTypedCells(source, *image, plan, progress)) {
+      CopyCells(source, plan.SourceNoData, plan.NoDataOut, progress,
+                [&](int32_t i, float value) { image->BufferWrite(i, value); });
+    }
     image->FirstWrite = false;  // written back even when every cell is no data
     image->Close();
   } catch (...) {

@@ -176,8 +176,8 @@ void CopyCells(const TAbstractImage& source, const TNoData& noData, float noData
   const int64_t width = std::max(source.Header()->Width, 1);
   std::vector<float> scratch;
   for (int64_t first = 0; first < source.NumRecs; first += width) {
-    const auto cells = CellBlock(source, first, std::min<int64_t>(width, source.NumRecs - first),
-                                 scratch);
+    const auto cells =
+        CellBlock(source, first, std::min<int64_t>(width, source.NumRecs - first), scratch);
     for (size_t c = 0; c < cells.size(); ++c) {
       const float value = cells[c];
       write(static_cast<int32_t>(first + static_cast<int64_t>(c)),

@@ -78,8 +78,7 @@ TMoments MomentsOf(std::span<const float> cells, const TNoData& noData) {
 constexpr int64_t kBlockCells = 1 << 16;
 
 // Cells first .. end - 1, block by block.
-TMoments MomentsOf(const TAbstractImage& image, int64_t first, int64_t end,
-                   const TNoData& noData) {
+TMoments MomentsOf(const TAbstractImage& image, int64_t first, int64_t end, const TNoData& noData) {
   TMoments part;
   std::vector<float> scratch;
   for (int64_t at = first; at < end; at += kBlockCells) {

@@ -29,9 +29,8 @@ std::string FormatBlock(int32_t first, int32_t end, const TRowFormatter& format)
 void WriteTextRows(std::ostream& out, int32_t rows, int64_t cellsPerRow, TProgress& progress,
                    const TRowFormatter& format) {
   const auto lanes = static_cast<int32_t>(std::max(1u, std::thread::hardware_concurrency()));
-  const auto blockRows =
-      static_cast<int32_t>(std::clamp<int64_t>(kBlockCells / std::max<int64_t>(cellsPerRow, 1), 1,
-                                               std::max(rows, 1)));
+  const auto blockRows = static_cast<int32_t>(
+      std::clamp<int64_t>(kBlockCells / std::max<int64_t>(cellsPerRow, 1), 1, std::max(rows, 1)));
   // The next batch formats while the one before it is written.
   std::vector<std::future<std::string>> pending;
   int32_t next = 0;

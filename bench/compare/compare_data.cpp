@@ -201,7 +201,9 @@ int main(int argc, char** argv) {
     } else if (command == "export" && argc == 5) {
       Export(argv[2], argv[3], argv[4]);
     } else {
-      std::fprintf(stderr, "usage: compare_data make DIR | read FILE | write FILE BYTES | export grid|xyz IN OUT\n");
+      std::fprintf(
+          stderr,
+          "usage: compare_data make DIR | read FILE | write FILE BYTES | export grid|xyz IN OUT\n");
       return 2;
     }
     return 0;

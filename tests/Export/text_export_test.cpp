@@ -113,7 +113,8 @@ TEST(TextExport, RowsFormattedOnSeveralCoresMatchOneThread) {
   for (IZephraImageExporter* exporter : std::initializer_list<IZephraImageExporter*>{&grid, &xyz}) {
     EXPECT_EQ(Export(*exporter, *typed, dir.File("typed.txt")), expected);
     EXPECT_EQ(Export(*exporter, *text, dir.File("text.txt")), expected);
-    EXPECT_EQ(test::ReadFileBytes(dir.File("typed.txt")), test::ReadFileBytes(dir.File("text.txt")));
+    EXPECT_EQ(test::ReadFileBytes(dir.File("typed.txt")),
+              test::ReadFileBytes(dir.File("text.txt")));
   }
 }
 

@@ -1,6 +1,7 @@
-// The tool's commands in-process: statistics scanned in parallel blocks against a plain pass; exit codes and one-line messages for bad arguments, missing and
-// unreadable files; the results of sample and of the vector commands; and that a failed command
-// leaves nothing behind and never touches its inputs.
+// The tool's commands in-process: statistics scanned in parallel blocks against a plain pass; exit
+// codes and one-line messages for bad arguments, missing and unreadable files; the results of
+// sample and of the vector commands; and that a failed command leaves nothing behind and never
+// touches its inputs.
 
 #include <gtest/gtest.h>
 

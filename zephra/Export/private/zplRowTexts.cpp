@@ -57,8 +57,8 @@ void WriteRowTexts(TTextOutputFile& file, const TAbstractImage& Source,
   const auto start = [&] {
     for (unsigned lane = 0; lane < lanes && next < rows; ++lane) {
       const int32_t end = std::min(rows, next + blockRows);
-      blocks.push_back(std::async(launch, FormatBlock, std::cref(Source), next, end,
-                                  std::cref(format)));
+      blocks.push_back(
+          std::async(launch, FormatBlock, std::cref(Source), next, end, std::cref(format)));
       next = end;
     }
   };

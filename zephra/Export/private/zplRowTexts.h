@@ -18,7 +18,8 @@ namespace zephra {
 
 // Appends the text of 0-based row r, whose cells are given as Singles, to text. Called from
 // several threads at once, never twice for one row.
-using TRowTextFormat = std::function<void(int32_t r, std::span<const float> cells, std::string& text)>;
+using TRowTextFormat =
+    std::function<void(int32_t r, std::span<const float> cells, std::string& text)>;
 
 // Every row of Source's buffer grid into file, then rowWritten(r) for it. The cells of a row
 // that is not read straight from a typed buffer come from Source->ReadCR(c + 1, r + 1). Raises

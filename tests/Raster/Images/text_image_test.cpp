@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <filesystem>
@@ -115,6 +116,50 @@ TEST(ArcGridImage, ReportsBadCellsAtTheirPositionAndOddHeadersQuietly) {
   EXPECT_EQ(
       RaisedMessage<EImageFileError>([&] { TArcGridImage::Open(dir.File("none.asc"), false); }),
       dir.File("none.asc") + " does not exist.");
+}
+
+// A grid of megabytes is parsed on several cores: every cell, the range above the flag, the
+// cells a short text leaves at 0.0, tokens past the cells left unread, and of two bad cells far
+// apart the first one named at its column and row.
+TEST(ArcGridImage, LargeGridsReadAsOneTokenStream) {
+  const test::TTempDir dir;
+  const std::string name = dir.File("large.asc");
+  const int32_t side = 700, all = side * side;
+  const auto cellAt = [](int32_t i) {
+    return i % 101 == 0 ? -9999.0f : static_cast<float>(i % 4099) * 0.25f - 400.0f;
+  };
+  const auto write = [&](int32_t cells, const std::string& tail, std::vector<int32_t> bad = {}) {
+    std::string text = "ncols 700\nnrows 700\nxllcorner 0\nyllcorner 0\ncellsize 1\n";
+    text += "NODATA_value -9999\n";
+    for (int32_t i = 0; i < cells; ++i) {
+      text += std::find(bad.begin(), bad.end(), i) != bad.end() ? "1,5" : std::to_string(cellAt(i));
+      text += i % side == side - 1 ? "\r\n" : " ";
+    }
+    test::WriteFileBytes(name, text + tail);
+  };
+  for (const int32_t cells : {all, all - 1000}) {
+    SCOPED_TRACE(cells);
+    write(cells, cells == all ? "junk after the cells\n" : "");
+    const auto grid = TArcGridImage::Open(name, false);
+    ASSERT_EQ(grid->NumRecs, all);
+    float lo = cells < all ? 0.0f : INFINITY, hi = cells < all ? 0.0f : -INFINITY;
+    for (int32_t i = 0; i < all; ++i) {
+      const float expected = i < cells ? cellAt(i) : 0.0f;
+      ASSERT_EQ(grid->BufferRead(i), expected) << "cell " << i;
+      if (expected > grid->Header()->FlagValue) {
+        lo = std::min(lo, expected);
+        hi = std::max(hi, expected);
+      }
+    }
+    EXPECT_EQ(std::tuple(grid->Header()->MinValue, grid->Header()->MaxValue), std::tuple(lo, hi));
+  }
+  for (const auto& [first, second] : {std::pair{1000, all * 3 / 4}, {all * 3 / 4, all - 10}}) {
+    write(all, "", {first, second});
+    EXPECT_EQ(RaisedMessage<Exception>([&] { TArcGridImage::Open(name, false); }),
+              "Error reading ArcGrid data at " + std::to_string(first % side + 1) + "," +
+                  std::to_string(first / side + 1) +
+                  "\rMessage: '1,5' is not a valid floating point value");
+  }
 }
 
 }  // namespace

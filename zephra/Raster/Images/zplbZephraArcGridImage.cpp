@@ -8,13 +8,13 @@
 #include <span>
 #include <string_view>
 
+#include <zephra/Common/private/zpTextReader.h>
 #include <zephra/Common/zpExceptions.h>
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpPlatform.h>
-#include <zephra/Common/private/zpTextReader.h>
 #include <zephra/Raster/Header/zpHeaderUtils.h>
+#include <zephra/Raster/Images/private/zplbCellTextParse.h>
 #include <zephra/Raster/Images/private/zplbZephraImageClassOf.h>
-#include <zephra/Raster/Images/private/zplbZephraTextCells.h>
 
 namespace zephra {
 
@@ -92,24 +92,23 @@ class TGridRange {
 // The cells row by row into a zero-filled buffer, and their range; returns how many the text
 // held. The reading stops where the text ends: the cells it did not reach keep the 0.0 they came
 // with, and count for the range once.
-size_t ReadCells(TCellTokens tokens, std::span<float> cells, int32_t width, TImageHeader& header) {
-  TGridRange range(header);
-  for (size_t i = 0; i < cells.size(); ++i) {
-    const std::string_view token = tokens.Next();
-    if (token.empty()) {
-      range.Take(0.0f);
-      return i;
-    }
-    try {
-      cells[i] = ParseCellToken(token);
-    } catch (const std::exception& error) {
-      const auto columns = static_cast<size_t>(width);
-      RaiseCellError(static_cast<int32_t>(i % columns) + 1, static_cast<int32_t>(i / columns) + 1,
-                     error.what());
-    }
-    range.Take(cells[i]);
+size_t ReadCells(std::string_view text, std::span<float> cells, int32_t width,
+                 TImageHeader& header) {
+  const TParsedCells parsed = ParseCellText(text, cells, header.FlagValue);
+  if (parsed.FailedAt) {
+    const auto columns = static_cast<size_t>(width);
+    RaiseCellError(static_cast<int32_t>(*parsed.FailedAt % columns) + 1,
+                   static_cast<int32_t>(*parsed.FailedAt / columns) + 1, parsed.Failure);
   }
-  return cells.size();
+  TGridRange range(header);
+  if (parsed.Min) {
+    range.Take(*parsed.Min);
+    range.Take(*parsed.Max);
+  }
+  if (parsed.Cells < cells.size()) {
+    range.Take(0.0f);
+  }
+  return parsed.Cells;
 }
 
 }  // namespace
@@ -177,7 +176,7 @@ void TArcGridImage::ReadGrid(const std::string& inFileName) {
   FirstWrite = false;
   NumRecs = static_cast<int32_t>(cells);
   Buffer = TCellVector<float>(static_cast<size_t>(cells));
-  FUnreadFrom = ReadCells(TCellTokens(reader.Remaining()), Buffer, width, header);
+  FUnreadFrom = ReadCells(reader.Remaining(), Buffer, width, header);
   BufferPointer = 0;
 }
 

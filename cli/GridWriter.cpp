@@ -52,17 +52,13 @@ void WriteGrid(const TAbstractImage& source, const TNoData& noData, float noData
       if (c > 0) {
         *at++ = ' ';
       }
-      at = noData.Holds(cells[c]) ? std::copy(noDataText.begin(), noDataText.end(), at)
-                                  : WriteShortText(at, cells[c]);
+      at = WriteCellText(at, cells[c], noData, noDataText);
     }
     *at++ = '\r';
     *at++ = '\n';
     text.resize(static_cast<size_t>(at - text.data()));
   });
-  out.close();
-  if (!out) {
-    throw std::runtime_error("cannot be written");
-  }
+  CloseChecked(out);
 }
 
 }  // namespace zephra::cli

@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "NumberText.h"
 #include "Progress.h"
 
 namespace zephra::cli {
@@ -50,6 +51,18 @@ void WriteTextRows(std::ostream& out, int32_t rows, int64_t cellsPerRow, TProgre
     const auto doneRows = std::min<int64_t>(rows, (static_cast<int64_t>(written) + 1) * blockRows);
     progress.Update(doneRows * cellsPerRow);
   }
+  if (!out) {
+    throw std::runtime_error("cannot be written");
+  }
+}
+
+char* WriteCellText(char* at, float value, const TNoData& noData, std::string_view noDataText) {
+  return noData.Holds(value) ? std::copy(noDataText.begin(), noDataText.end(), at)
+                             : WriteShortText(at, value);
+}
+
+void CloseChecked(std::ofstream& out) {
+  out.close();
   if (!out) {
     throw std::runtime_error("cannot be written");
   }

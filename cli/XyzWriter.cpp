@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -38,17 +37,13 @@ void WriteXyz(const TAbstractImage& source, const TNoData& noData, float noDataO
     for (size_t c = 0; c < cells.size(); ++c) {
       at = std::copy(xs[c].begin(), xs[c].end(), at);
       at = std::copy(y.begin(), y.end(), at);
-      at = noData.Holds(cells[c]) ? std::copy(noDataText.begin(), noDataText.end(), at)
-                                  : WriteShortText(at, cells[c]);
+      at = WriteCellText(at, cells[c], noData, noDataText);
       *at++ = '\r';
       *at++ = '\n';
     }
     text.resize(static_cast<size_t>(at - text.data()));
   });
-  out.close();
-  if (!out) {
-    throw std::runtime_error("cannot be written");
-  }
+  CloseChecked(out);
 }
 
 }  // namespace zephra::cli

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include <zephra/Common/zpPolyMap.h>
+#include <zephra/Common/zpShapeAttributes.h>
 #include <CLI/CLI.hpp>
 
-#include "DbfField.h"
 #include "Errors.h"
 #include "NumberText.h"
 #include "RasterInput.h"
@@ -68,7 +68,8 @@ TSingleArray PartValues(const TPolyMap& map, const TRasterizeCommand::TOptions& 
                         float noData, const TContext& context) {
   std::vector<std::optional<double>> features;
   if (!options.Field.empty()) {
-    features = ReadNumericField(options.Shp, options.Field);
+    features =
+        OnFile(options.Shp, [&] { return ReadNumericAttribute(options.Shp, options.Field); });
   }
   TSingleArray values;
   int64_t missing = 0, belowNoData = 0;

@@ -6,6 +6,7 @@
 #include <zephra/Common/zpNumberText.h>
 #include <zephra/Common/zpPlatform.h>
 #include <zephra/Common/zpPolyUtils.h>
+#include <zephra/Common/zpShapeAttributes.h>
 #include <zephra/Common/zpSpatialConst.h>
 #include <zephra/Common/zpVersion.h>
 #include <zephra/Export/zplArcInfoGridASCIIExporter.h>
